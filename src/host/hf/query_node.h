@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "hf/enums.h"
+#include "hf/variant.h"
+#include "rc/ref.h"
+
+#include <QList>
+
+namespace HF {
+
+class I_LSchemaObject;
+
+/// One statement of a structure change and those that follow it.
+struct HF_EXPORT LQueryNode
+{
+    QList<LQueryNode> children;
+    rc::Weak<const I_LSchemaObject> object;
+    int property = -1; ///< -1 where no one property is meant
+    ELQueryKind kind = KIND_CHANGE_PROPERTY;
+    QString sql; ///< may be empty, hold several statements or a comment
+    LVariant value;
+};
+
+/// The statements below a list of nodes, depth first, without the empty ones,
+/// each closed by FinishQuery.
+HF_EXPORT QStringList FlattenQueryNodes(const QList<LQueryNode>& nodes);
+
+} // namespace HF
