@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "weft/export.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+
+namespace uik {
+
+/// The settings store: one INI file under the user's configuration folder.
+/// "/A/B" and "A/B" are one key. Writes reach the disk soon after, by
+/// replacing the file. Any thread.
+class ORB_SHARED uik_settings
+{
+public:
+    /// Another file; for tests and for programs that were given one.
+    explicit uik_settings(const QString& file);
+    ~uik_settings();
+
+    QVariant value(const QString& key, const QVariant& otherwise = {}) const;
+    void setValue(const QString& key, const QVariant& value);
+    bool contains(const QString& key) const;
+    void remove(const QString& key); ///< and everything below it
+    QStringList childKeys(const QString& group) const;
+    QStringList childGroups(const QString& group) const;
+    void sync();
+    QString fileName() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
+
+/// The application's store. The file is the one of SetSettingsFile, else of the
+/// environment variable ORBIS_SETTINGS, else the user's.
+ORB_SHARED uik_settings& settings();
+/// Takes another file, before the first use of settings() or after it.
+ORB_SHARED void SetSettingsFile(const QString& file);
+
+} // namespace uik
