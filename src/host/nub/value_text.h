@@ -12,8 +12,8 @@ namespace nub::text {
 /// BufferSize is enough for all of them.
 constexpr std::size_t BufferSize = 96;
 
-using Int128 = __int128;
-using UInt128 = unsigned __int128;
+__extension__ typedef __int128 Int128;
+__extension__ typedef unsigned __int128 UInt128;
 
 ORB_KERNEL char* WriteInteger(char* out, std::int64_t value);
 ORB_KERNEL char* WriteUnsigned(char* out, std::uint64_t value);

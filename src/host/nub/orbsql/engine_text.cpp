@@ -39,7 +39,7 @@ std::string CastList(const std::vector<int>& columns)
 /// What the table function shows: the vectors of one chunk, once.
 struct EngineText::Job
 {
-    std::vector<TypeHandle> types;
+    std::shared_ptr<const TypeList> list;
     duckdb_data_chunk chunk = nullptr;
 
     static void Bind(duckdb_bind_info info)
@@ -47,8 +47,8 @@ struct EngineText::Job
         const ValueHandle address(duckdb_bind_get_parameter(info, 0));
         // The statement is this class's own and runs while the job lives.
         auto* job = reinterpret_cast<Job*>(static_cast<std::uintptr_t>(duckdb_get_uint64(address.get())));
-        for (std::size_t i = 0; i < job->types.size(); ++i)
-            duckdb_bind_add_result_column(info, ColumnName(i).c_str(), job->types[i].get());
+        for (std::size_t i = 0; i < job->list->size(); ++i)
+            duckdb_bind_add_result_column(info, ColumnName(i).c_str(), (*job->list)[i].get());
         duckdb_bind_set_bind_data(info, job, nullptr);
     }
     static void Init(duckdb_init_info info) { duckdb_init_set_max_threads(info, 1); }
@@ -60,7 +60,7 @@ struct EngineText::Job
             duckdb_data_chunk_set_size(output, 0);
             return;
         }
-        for (idx_t i = 0; i < job->types.size(); ++i)
+        for (idx_t i = 0; i < job->list->size(); ++i)
             duckdb_vector_reference_vector(duckdb_data_chunk_get_vector(output, i),
                                            duckdb_data_chunk_get_vector(chunk, i));
         duckdb_data_chunk_set_size(output, duckdb_data_chunk_get_size(chunk));
@@ -118,10 +118,10 @@ private:
     DatabaseHandle m_database;
 };
 
-EngineText::EngineText(std::vector<TypeHandle> types, const SessionSettings& settings)
+EngineText::EngineText(std::shared_ptr<const TypeList> types, const SessionSettings& settings)
     : m_service(Service::Get()), m_connection(m_service->Connect()), m_job(std::make_unique<Job>())
 {
-    m_job->types = std::move(types);
+    m_job->list = std::move(types);
     const SessionSettings plain;
     const auto set = [this](const char* name, const std::string& value) {
         std::string sql = std::string("SET ") + name + " = ";
@@ -165,7 +165,7 @@ std::vector<std::string> EngineText::TypeNames()
         for (idx_t row = 0, rows = duckdb_data_chunk_get_size(chunk.get()); row < rows; ++row)
             names.emplace_back(duckdb_string_t_data(&data[row]), duckdb_string_t_length(data[row]));
     }
-    if (names.size() != m_job->types.size())
+    if (names.size() != m_job->list->size())
         Fail(nullptr);
     return names;
 }

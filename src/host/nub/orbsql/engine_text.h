@@ -11,6 +11,7 @@
 namespace nub::orbsql {
 
 struct SessionSettings;
+using TypeList = std::vector<TypeHandle>;
 
 /// The engine's own texts of vectors and types, asked of a private in-memory
 /// database that all of the process shares; the user's statements are not run
@@ -21,7 +22,7 @@ class EngineText
 public:
     /// Texts will be those of a session with these settings. `types` are all
     /// the columns of the chunks to come.
-    EngineText(std::vector<TypeHandle> types, const SessionSettings& settings);
+    EngineText(std::shared_ptr<const TypeList> types, const SessionSettings& settings);
     ~EngineText();
     EngineText(const EngineText&) = delete;
     EngineText& operator=(const EngineText&) = delete;

@@ -103,7 +103,7 @@ struct RowReader::Column
 {
     String name;
     String typeName;
-    TypeHandle type;
+    duckdb_logical_type type = nullptr; ///< one of m_types
     Road road = Road::Engine;
     int width = 0, scale = 0;
     std::vector<std::u16string> words; ///< of an ENUM
@@ -117,7 +117,7 @@ struct RowReader::Column
 
     Column() = default;
     Column(Column&& other) noexcept
-        : name(std::move(other.name)), typeName(std::move(other.typeName)), type(std::move(other.type)),
+        : name(std::move(other.name)), typeName(std::move(other.typeName)), type(other.type),
           road(other.road), width(other.width), scale(other.scale), words(std::move(other.words)),
           engineIndex(other.engineIndex), data(other.data), validity(other.validity),
           value(std::exchange(other.value, nullptr)), owned(std::exchange(other.owned, 0)) {}
@@ -172,7 +172,8 @@ std::size_t RowReader::Column::WordIndex(idx_t row) const
     }
 }
 
-RowReader::RowReader(duckdb_result& result, SessionSettings settings) : m_settings(std::move(settings))
+RowReader::RowReader(duckdb_result& result, SessionSettings settings)
+    : m_settings(std::move(settings)), m_types(std::make_shared<TypeList>())
 {
     const idx_t count = duckdb_column_count(&result);
     m_columns.reserve(count);
@@ -180,11 +181,11 @@ RowReader::RowReader(duckdb_result& result, SessionSettings settings) : m_settin
         Column& column = m_columns.emplace_back();
         const char* name = duckdb_column_name(&result, i);
         column.name = String::FromUtf8(name ? name : "");
-        column.type = TypeHandle(duckdb_column_logical_type(&result, i));
-        column.road = RoadOf(column.type.get(), m_settings);
-        if (duckdb_get_type_id(column.type.get()) == DUCKDB_TYPE_DECIMAL) {
-            column.width = duckdb_decimal_width(column.type.get());
-            column.scale = duckdb_decimal_scale(column.type.get());
+        column.type = m_types->emplace_back(duckdb_column_logical_type(&result, i)).get();
+        column.road = RoadOf(column.type, m_settings);
+        if (duckdb_get_type_id(column.type) == DUCKDB_TYPE_DECIMAL) {
+            column.width = duckdb_decimal_width(column.type);
+            column.scale = duckdb_decimal_scale(column.type);
         }
         if (column.road == Road::Engine) {
             column.engineIndex = m_engineColumns.size();
@@ -212,7 +213,7 @@ const String& RowReader::TypeName(int column)
         std::string name;
         for (Column& each : m_columns) {
             name.clear();
-            if (AppendTypeName(name, each.type.get()))
+            if (AppendTypeName(name, each.type))
                 each.typeName = String::FromUtf8(name);
             else
                 known = false;
@@ -312,10 +313,10 @@ I_Value* RowReader::ReadText(Column& column, idx_t row)
 
 void RowReader::ReadWords(Column& column)
 {
-    const std::uint32_t count = duckdb_enum_dictionary_size(column.type.get());
+    const std::uint32_t count = duckdb_enum_dictionary_size(column.type);
     column.words.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) {
-        const EngineMemory<char> word(duckdb_enum_dictionary_value(column.type.get(), i));
+        const EngineMemory<char> word(duckdb_enum_dictionary_value(column.type, i));
         AppendUtf8(column.words.emplace_back(), word.get(), std::char_traits<char>::length(word.get()));
     }
 }
@@ -334,12 +335,8 @@ I_Value* RowReader::ReadBytes(Column& column, idx_t row)
 
 EngineText& RowReader::Engine()
 {
-    if (!m_engineText) {
-        std::vector<TypeHandle> types;
-        for (const Column& column : m_columns)
-            types.push_back(CopyOfType(column.type.get()));
-        m_engineText = std::make_unique<EngineText>(std::move(types), m_settings);
-    }
+    if (!m_engineText)
+        m_engineText = std::make_unique<EngineText>(m_types, m_settings);
     return *m_engineText;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "nub/orbsql/engine_api.h"
+#include "nub/orbsql/handle.h"
 #include "nub/value.h"
 
 #include <memory>
@@ -11,6 +11,7 @@
 namespace nub::orbsql {
 
 class EngineText;
+using TypeList = std::vector<TypeHandle>;
 
 /// What of a session changes the text of values: its settings at the time the
 /// statement ran.
@@ -51,13 +52,15 @@ private:
     struct Column;
     template <class V> V* Vacant(Column& column);
     template <class V, class T> I_Value* ReadNumber(Column& column, idx_t row);
-    I_Value* ReadText(Column& column, idx_t row);
     template <class V> I_Value* ReadFormatted(Column& column, idx_t row);
+    I_Value* ReadText(Column& column, idx_t row);
     I_Value* ReadEngineText(Column& column, idx_t row);
     I_Value* ReadBytes(Column& column, idx_t row);
-    void FormatByEngine();
+    static void ReadWords(Column& column);
+    EngineText& Engine();
 
     SessionSettings m_settings;
+    std::shared_ptr<TypeList> m_types;
     std::vector<Column> m_columns;
     duckdb_data_chunk m_chunk = nullptr;
     std::unique_ptr<EngineText> m_engineText; ///< made when a column needs it
