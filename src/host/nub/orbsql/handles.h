@@ -3,6 +3,7 @@
 
 #include "nub/orbsql/engine_api.h"
 
+#include <memory>
 #include <utility>
 
 namespace nub::orbsql {
@@ -52,6 +53,16 @@ using PreparedHandle = Handle<duckdb_prepared_statement, duckdb_destroy_prepare>
 using PendingHandle = Handle<duckdb_pending_result, duckdb_destroy_pending>;
 using ChunkHandle = Handle<duckdb_data_chunk, duckdb_destroy_data_chunk>;
 using LogicalTypeHandle = Handle<duckdb_logical_type, duckdb_destroy_logical_type>;
+
+using ValueHandle = Handle<duckdb_value, duckdb_destroy_value>;
+using AppenderHandle = Handle<duckdb_appender, +[](duckdb_appender* appender) { duckdb_appender_destroy(appender); }>;
+
+/// Memory that the engine hands out.
+struct FreeByEngine
+{
+    void operator()(void* memory) const noexcept { duckdb_free(memory); }
+};
+template <class T> using EngineMemory = std::unique_ptr<T, FreeByEngine>;
 
 /// Owner of one result, which the API passes by value.
 class ResultHandle
