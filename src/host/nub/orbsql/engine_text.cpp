@@ -95,7 +95,7 @@ public:
             Fail(message.get());
         const ConnectionHandle connection = Connect();
         duckdb_table_function function = duckdb_create_table_function();
-        const LogicalTypeHandle address(duckdb_create_logical_type(DUCKDB_TYPE_UBIGINT));
+        const TypeHandle address(duckdb_create_logical_type(DUCKDB_TYPE_UBIGINT));
         duckdb_table_function_set_name(function, FunctionName);
         duckdb_table_function_add_parameter(function, address.get());
         duckdb_table_function_set_bind(function, &Job::Bind);

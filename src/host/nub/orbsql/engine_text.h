@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "nub/orbsql/handles.h"
+#include "nub/orbsql/handle.h"
 
 #include <memory>
 #include <string>
@@ -11,7 +11,7 @@
 namespace nub::orbsql {
 
 struct SessionSettings;
-using TypeList = std::vector<LogicalTypeHandle>;
+using TypeList = std::vector<TypeHandle>;
 
 /// The engine's own texts of vectors and types, asked of a private in-memory
 /// database that all of the process shares; the user's statements are not run

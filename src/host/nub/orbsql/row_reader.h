@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "nub/orbsql/handles.h"
+#include "nub/orbsql/handle.h"
 #include "nub/value.h"
 
 #include <memory>
@@ -11,7 +11,7 @@
 namespace nub::orbsql {
 
 class EngineText;
-using TypeList = std::vector<LogicalTypeHandle>;
+using TypeList = std::vector<TypeHandle>;
 
 /// What of a session changes the text of values: its settings at the time the
 /// statement ran.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nub/orbsql/type_name.h"
 
-#include "nub/orbsql/handles.h"
+#include "nub/orbsql/handle.h"
 
 #include <string_view>
 
@@ -57,7 +57,7 @@ bool AppendEnum(std::string& out, duckdb_logical_type type)
 
 bool AppendMap(std::string& out, duckdb_logical_type type)
 {
-    const LogicalTypeHandle key(duckdb_map_type_key_type(type)), value(duckdb_map_type_value_type(type));
+    const TypeHandle key(duckdb_map_type_key_type(type)), value(duckdb_map_type_value_type(type));
     out += "MAP(";
     if (!AppendTypeName(out, key.get()))
         return false;
@@ -90,14 +90,14 @@ bool Append(std::string& out, duckdb_logical_type type)
     case DUCKDB_TYPE_ENUM:
         return AppendEnum(out, type);
     case DUCKDB_TYPE_LIST: {
-        const LogicalTypeHandle child(duckdb_list_type_child_type(type));
+        const TypeHandle child(duckdb_list_type_child_type(type));
         if (!AppendTypeName(out, child.get()))
             return false;
         out += "[]";
         return true;
     }
     case DUCKDB_TYPE_ARRAY: {
-        const LogicalTypeHandle child(duckdb_array_type_child_type(type));
+        const TypeHandle child(duckdb_array_type_child_type(type));
         if (!AppendTypeName(out, child.get()))
             return false;
         out += '[' + std::to_string(duckdb_array_type_array_size(type)) + ']';
