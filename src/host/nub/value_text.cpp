@@ -246,15 +246,12 @@ char* WriteTimeTz(char* out, std::uint64_t bits)
     *out++ = offset < 0 ? '-' : '+';
     offset = offset < 0 ? -offset : offset;
     out = WriteTwo(out, static_cast<unsigned>(offset / 3600));
-    const auto minutes = static_cast<unsigned>(offset / 60 % 60), seconds = static_cast<unsigned>(offset % 60);
-    if (minutes || seconds) {
-        *out++ = ':';
-        out = WriteTwo(out, minutes);
-    }
-    if (seconds) {
-        *out++ = ':';
-        out = WriteTwo(out, seconds);
-    }
+    // The engine leaves out zero minutes even when seconds follow.
+    for (const int part : {offset / 60 % 60, offset % 60})
+        if (part) {
+            *out++ = ':';
+            out = WriteTwo(out, static_cast<unsigned>(part));
+        }
     return out;
 }
 
@@ -278,8 +275,27 @@ char* WriteTimestamp(char* out, std::int64_t units, int digits)
 char* WriteTimestampUtc(char* out, std::int64_t micros)
 {
     constexpr std::int64_t infinity = std::numeric_limits<std::int64_t>::max();
-    out = WriteTimestamp(out, micros, 6);
-    return micros == infinity || micros == -infinity ? out : WriteLiteral(out, "+00");
+    if (micros == infinity || micros == -infinity)
+        return WriteTimestamp(out, micros, 6);
+    // The engine's calendar counts milliseconds in a double, which rounds at
+    // the far ends of the range.
+    std::int64_t millis = micros / 1000, rest = micros % 1000;
+    if (rest < 0) {
+        rest += 1000;
+        --millis;
+    }
+    millis = static_cast<std::int64_t>(static_cast<double>(millis));
+    constexpr std::int64_t perDay = SecondsPerDay * 1000;
+    std::int64_t days = millis / perDay;
+    millis %= perDay;
+    if (millis < 0) {
+        millis += perDay;
+        --days;
+    }
+    out = WriteDays(out, days);
+    *out++ = ' ';
+    out = WriteTime(out, millis * 1000 + rest, 6);
+    return WriteLiteral(out, "+00");
 }
 
 char* WriteInterval(char* out, std::int32_t months, std::int32_t days, std::int64_t micros)

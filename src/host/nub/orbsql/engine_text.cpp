@@ -46,7 +46,7 @@ struct EngineText::Job
     {
         const ValueHandle address(duckdb_bind_get_parameter(info, 0));
         // The statement is this class's own and runs while the job lives.
-        auto* job = reinterpret_cast<Job*>(static_cast<std::uintptr_t>(duckdb_get_uint64(address.get())));
+        auto* job = reinterpret_cast<Job*>(static_cast<std::intptr_t>(duckdb_get_int64(address.get())));
         for (std::size_t i = 0; i < job->list->size(); ++i)
             duckdb_bind_add_result_column(info, ColumnName(i).c_str(), (*job->list)[i].get());
         duckdb_bind_set_bind_data(info, job, nullptr);
@@ -95,7 +95,7 @@ public:
             Fail(message.get());
         const ConnectionHandle connection = Connect();
         duckdb_table_function function = duckdb_create_table_function();
-        const TypeHandle address(duckdb_create_logical_type(DUCKDB_TYPE_UBIGINT));
+        const TypeHandle address(duckdb_create_logical_type(DUCKDB_TYPE_BIGINT));
         duckdb_table_function_set_name(function, FunctionName);
         duckdb_table_function_add_parameter(function, address.get());
         duckdb_table_function_set_bind(function, &Job::Bind);
@@ -151,7 +151,7 @@ void EngineText::Execute(const std::string& sql)
 std::vector<std::string> EngineText::TypeNames()
 {
     const std::string sql = std::string("SELECT column_type FROM (DESCRIBE SELECT * FROM ") + FunctionName + '('
-        + std::to_string(reinterpret_cast<std::uintptr_t>(m_job.get())) + "))";
+        + std::to_string(reinterpret_cast<std::intptr_t>(m_job.get())) + "))";
     ResultHandle result;
     if (duckdb_query(m_connection.get(), sql.c_str(), result.out()) != DuckDBSuccess)
         Fail(duckdb_result_error(&result.get()));
@@ -185,7 +185,7 @@ void EngineText::Run(duckdb_data_chunk chunk, const std::vector<int>& columns)
 {
     if (!m_statement || m_prepared != columns) {
         const std::string sql = "SELECT " + CastList(columns) + " FROM " + FunctionName + '('
-            + std::to_string(reinterpret_cast<std::uintptr_t>(m_job.get())) + ')';
+            + std::to_string(reinterpret_cast<std::intptr_t>(m_job.get())) + ')';
         if (duckdb_prepare(m_connection.get(), sql.c_str(), m_statement.out()) != DuckDBSuccess)
             Fail(duckdb_prepare_error(m_statement.get()));
         m_prepared = columns;

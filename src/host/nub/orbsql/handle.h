@@ -82,7 +82,7 @@ private:
 /// Memory that the engine hands out.
 struct FreeByEngine
 {
-    void operator()(void* memory) const noexcept { duckdb_free(memory); }
+    void operator()(const void* memory) const noexcept { duckdb_free(const_cast<void*>(memory)); }
 };
 template <class T> using EngineMemory = std::unique_ptr<T, FreeByEngine>;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "nub/orbsql/handles.h"
+#include "nub/orbsql/handle.h"
 #include "nub/orbsql/location.h"
 
 #include <atomic>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "nub/orbsql/query.h"
 
+#include "nub/orbsql/type_name.h"
+
 namespace nub::orbsql {
 
 namespace {
@@ -10,7 +12,7 @@ std::optional<std::string> cell(duckdb_data_chunk chunk, idx_t column, idx_t row
     duckdb_vector vector = duckdb_data_chunk_get_vector(chunk, column);
     if (auto* validity = duckdb_vector_get_validity(vector); validity && !duckdb_validity_row_is_valid(validity, row))
         return std::nullopt;
-    const LogicalTypeHandle type(duckdb_vector_get_column_type(vector));
+    const TypeHandle type(duckdb_vector_get_column_type(vector));
     void* data = duckdb_vector_get_data(vector);
     switch (duckdb_get_type_id(type.get())) {
     case DUCKDB_TYPE_VARCHAR: {
@@ -28,17 +30,6 @@ std::optional<std::string> cell(duckdb_data_chunk chunk, idx_t column, idx_t row
     }
 }
 
-std::string quoted(const std::string& text, char quote)
-{
-    std::string result(1, quote);
-    for (const char c : text) {
-        if (c == quote)
-            result += quote;
-        result += c;
-    }
-    return result + quote;
-}
-
 } // namespace
 
 QueryRows RunQuery(duckdb_connection connection, const std::string& sql)
@@ -51,7 +42,7 @@ QueryRows RunQuery(duckdb_connection connection, const std::string& sql)
         return answer;
     }
     const idx_t columns = duckdb_column_count(&result.get());
-    while (const ChunkHandle chunk = result.FetchChunk()) {
+    while (const ChunkHandle chunk = FetchChunk(result)) {
         const idx_t size = duckdb_data_chunk_get_size(chunk.get());
         for (idx_t row = 0; row < size; ++row) {
             auto& cells = answer.rows.emplace_back();
@@ -62,8 +53,27 @@ QueryRows RunQuery(duckdb_connection connection, const std::string& sql)
     return answer;
 }
 
-std::string QuotedName(const std::string& text) { return quoted(text, '"'); }
+ChunkHandle FetchChunk(ResultHandle& result)
+{
+    for (;;) {
+        ChunkHandle chunk(duckdb_fetch_chunk(result.get()));
+        if (!chunk || duckdb_data_chunk_get_size(chunk.get()) > 0)
+            return chunk;
+    }
+}
 
-std::string QuotedText(const std::string& text) { return quoted(text, '\''); }
+std::string QuotedName(const std::string& text)
+{
+    std::string result;
+    AppendQuoted(result, text.c_str(), '"');
+    return result;
+}
+
+std::string QuotedText(const std::string& text)
+{
+    std::string result;
+    AppendQuoted(result, text.c_str(), '\'');
+    return result;
+}
 
 } // namespace nub::orbsql

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "nub/orbsql/handles.h"
+#include "nub/orbsql/handle.h"
 
 #include <optional>
 #include <string>
@@ -21,6 +21,9 @@ struct QueryRows
 /// to be VARCHAR, BOOLEAN or BIGINT (signed or not); others read as null. Ends
 /// a streaming result of the connection.
 QueryRows RunQuery(duckdb_connection connection, const std::string& sql);
+
+/// The next chunk that holds rows, or an empty handle at the end and on failure.
+ChunkHandle FetchChunk(ResultHandle& result);
 
 /// `text` in double quotes, and in single ones.
 std::string QuotedName(const std::string& text);
