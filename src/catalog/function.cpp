@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalog/function.h"
+
+#include "catalog/list_infos.h"
+
+const int PROP_FUNCTION_ARGUMENTS = HF::LPropertyID::CreateID("Argument Names", "Function");
+const int PROP_FUNCTION_BODY = HF::LPropertyID::CreateID("Function Body", "Function");
+
+rc::Ref<HF::I_LSchemaObject> MakeFunction(const rc::Ref<HF::I_LSchemaObject>& owner, const QString& name)
+{
+    const QString separator = QStringLiteral("$$");
+    return rc::make<orbDuckDB_Function>(owner, name.section(separator, 0, 0), name.section(separator, 1));
+}
+
+orbDuckDB_Function::orbDuckDB_Function(const rc::Ref<HF::I_LSchemaObject>& owner, const QString& name,
+                                       const QString& overloadKey)
+    : m_overloadKey(overloadKey)
+{
+    put_ParentObject(owner);
+    AssignName(name);
+}
+
+rc::Ptr<HF::LAction> orbDuckDB_Function::get_DefaultAction() const
+{
+    return ActionOpenQueryEditor();
+}
+
+void orbDuckDB_Function::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
+{
+    ReadProperty(cursor, PROP_FUNCTION_TYPE, "function_type");
+    ReadProperty(cursor, PROP_FUNCTION_ARG_COUNT, "args_count");
+    ReadProperty(cursor, PROP_FUNCTION_ARGUMENTS, "args_names");
+    ReadProperty(cursor, PROP_COMMENT, "comment");
+    ReadProperty(cursor, PROP_OBJECT_ID, "function_oid");
+    ReadProperty(cursor, PROP_SCHEMA_NAME, "schema_name");
+    ReadProperty(cursor, PROP_FUNCTION_BODY, "macro_definition");
+    ReadProperty(cursor, PROP_TEMPORARY, "temporary");
+    AssignPropertyValueSilent(PROP_DEFINITION, MakeDefinition());
+}
+
+QString orbDuckDB_Function::MakeDefinition() const
+{
+    QString text = QStringLiteral("CREATE OR REPLACE ");
+    if (GetBool(PROP_TEMPORARY))
+        text += QLatin1String("TEMP ");
+    text += QLatin1String("MACRO ") + get_NameForQuery(true) + QLatin1String("( ") + GetString(PROP_FUNCTION_ARGUMENTS)
+            + QLatin1String(" ) AS ");
+    if (GetString(PROP_FUNCTION_TYPE) == u"table_macro")
+        text += QLatin1String("TABLE ");
+    return text + GetString(PROP_FUNCTION_BODY);
+}
