@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/engine_version.h"
 
+#include "engine/kernel_text.h"
+
 #include "nub/orbsql/duckdb_database.h"
 
 #include <QStringList>
@@ -12,8 +14,7 @@ QString VersionText()
     const nub::smart_ptr<nub::orbsql::I_LocalConnection> connection = nub::orbsql::GetLocalConnection();
     if (!connection)
         return QString();
-    const nub::String text = connection->get_VersionText();
-    return QString(reinterpret_cast<const QChar*>(text.c_str()), static_cast<qsizetype>(text.length()));
+    return KernelText::ToQString(connection->get_VersionText());
 }
 
 QString WithoutPrefix(const QString& text)

@@ -8,6 +8,8 @@
 #include <atomic>
 #include <functional>
 #include <mutex>
+#include <optional>
+#include <stdexcept>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -31,6 +33,17 @@ struct Nothing {};
 
 template <class T> using LazyValue = std::conditional_t<std::is_void_v<T>, Nothing, T>;
 
+/// Room for a value that may not be there yet. A type without a default value
+/// (rc::Ref) has none to give when its body failed: asking then throws.
+template <class V> using LazyRoom = std::conditional_t<std::is_default_constructible_v<V>, V, std::optional<V>>;
+template <class V> V LazyDefault()
+{
+    if constexpr (std::is_default_constructible_v<V>)
+        return V();
+    else
+        throw std::logic_error("The value of a lazy is missing.");
+}
+
 /// What all copies of a lazy share. The mutex is held while the body runs, the
 /// spin flag only between looking at the done flag and taking the mutex, so
 /// that "somebody runs the body" and "the value is there" are told apart.
@@ -46,17 +59,16 @@ public:
 
     bool IsDone() const noexcept { return m_done.load(std::memory_order_acquire); }
     bool IsRequested() const noexcept { return m_requested.load(std::memory_order_relaxed); }
-    const Value& Result() const noexcept { return m_value; }
 
     Value Force(LProgress* progress)
     {
         if (IsDone())
-            return m_value;
+            return Result();
         m_requested.store(true, std::memory_order_relaxed);
         m_spin.lock();
         if (IsDone()) {
             m_spin.unlock();
-            return m_value;
+            return Result();
         }
         if (!m_mutex.try_lock()) {
             m_spin.unlock();
@@ -68,21 +80,25 @@ public:
         if (!IsDone())
             Run(progress);
         m_mutex.unlock();
-        return m_value;
+        return Result();
     }
 
 protected:
     void Destroy() override
     {
-        if constexpr (RunAlways)
-            Force(nullptr);
+        if constexpr (RunAlways) {
+            try {
+                Force(nullptr);
+            } catch (...) { // no value to give
+            }
+        }
     }
 
 private:
     Value Wait()
     {
         if (m_runner.load(std::memory_order_acquire) == std::this_thread::get_id())
-            return Value(); // a body that forces its own lazy must not deadlock
+            return LazyDefault<Value>(); // a body that forces its own lazy must not deadlock
         if (!IsMainThread()) {
             m_mutex.lock();
         } else {
@@ -90,7 +106,15 @@ private:
                 LYield();
         }
         m_mutex.unlock();
-        return IsDone() ? m_value : Value();
+        return IsDone() ? Result() : LazyDefault<Value>();
+    }
+
+    Value Result() const
+    {
+        if constexpr (std::is_default_constructible_v<Value>)
+            return m_value;
+        else
+            return m_value ? *m_value : LazyDefault<Value>();
     }
 
     void Run(LProgress* progress)
@@ -115,7 +139,7 @@ private:
     rc::SpinFlag m_spin;
     std::mutex m_mutex;
     Body m_body;
-    Value m_value{};
+    LazyRoom<Value> m_value{};
     std::atomic<bool> m_done{false};
     std::atomic<bool> m_requested{false};
     std::atomic<std::thread::id> m_runner{};
@@ -141,7 +165,7 @@ public:
     using Value = impl::LazyValue<T>;
 
     /// Done, holding T().
-    LLazy() : m_state(rc::make<State>(Value())) {}
+    LLazy() requires std::is_default_constructible_v<Value> : m_state(rc::make<State>(Value())) {}
     /// Done, holding the value.
     LLazy(Value value) : m_state(rc::make<State>(std::move(value))) {}
     template <class U, class = std::enable_if_t<std::is_convertible_v<U, Value> && !std::is_same_v<std::decay_t<U>, Value>

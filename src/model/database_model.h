@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "hf/database_model.h"
+
+/// Statements of a database: its default schemas.
+class orbDuckDB_ModelDatabase final : public HF::I_LDatabaseModel
+{
+public:
+    void CreateProperties(HF::LHasProperties::Properties& list) const override;
+    QList<HF::LQueryNode> GetQueryNodes(const rc::Ref<const HF::I_LSchemaObject>& object, HF::ELQueryKind kind,
+                                        int property, const HF::LVariant& value) const override;
+    bool IsTransactable(const rc::Ref<const HF::I_LSchemaObject>& object) const override { return false; }
+};

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/schema_model.h"
+
+#include "hf/schema_object.h"
+#include "hf/sql_text.h"
+
+#include <QObject>
+
+void orbDuckDB_ModelSchema::CreateProperties(HF::LHasProperties::Properties& list) const
+{
+    static const QList<HF::LProperty> properties = [] {
+        const QString title = QObject::tr("DuckDB Schema");
+        QList<HF::LProperty> made;
+        HF::AddPropertyTo(made, title, PROP_NAME, HF::LVariant::EmptyString(), 135);
+        HF::AddPropertyTo(made, title, PROP_OBJECT_ID, HF::LVariant::EmptyLong(), 16777217);
+        for (const int count :
+             {PROP_COUNT_FUNCTIONS, PROP_COUNT_LINKS, PROP_COUNT_TABLES, PROP_COUNT_VIEWS, PROP_COUNT_SEQUENCES})
+            HF::AddPropertyTo(made, HF::CATEGORY_INFORMATION, count, HF::LVariant::EmptyLong(), 1);
+        return made;
+    }();
+    list.AssignProperties(properties);
+}
+
+QList<HF::LQueryNode> orbDuckDB_ModelSchema::GetQueryNodes(const rc::Ref<const HF::I_LSchemaObject>& object,
+                                                           HF::ELQueryKind kind, int property,
+                                                           const HF::LVariant& value) const
+{
+    HF::LQueryNode node = MakeNode(object, kind, property, value);
+    const QString name = object->get_NameQuoted();
+    if (kind == HF::KIND_CREATE)
+        node.sql = QStringLiteral("CREATE SCHEMA IF NOT EXISTS ") + name + QStringLiteral(";\n");
+    else if (kind == HF::KIND_DROP)
+        node.sql = QStringLiteral("DROP SCHEMA IF EXISTS ") + name + QStringLiteral(" CASCADE;");
+    else if (kind == HF::KIND_CHANGE_PROPERTY && property == PROP_NAME)
+        node.sql = QStringLiteral("ALTER SCHEMA ") + name + QStringLiteral(" RENAME TO ")
+                   + HF::QuoteName(value.ToString(), rc::Ptr<const HF::LTreeItem>(object)) + u';';
+    return {node};
+}
