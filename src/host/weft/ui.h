@@ -9,6 +9,8 @@
 #include <QDialogButtonBox>
 #include <QVariant>
 
+#include <initializer_list>
+
 /// Builders of descriptions. All return a ui_item; main thread.
 ///
 /// Widgets and layouts carry hints as dynamic properties: "weft_align" is the

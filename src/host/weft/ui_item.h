@@ -6,10 +6,10 @@
 #include <QString>
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <vector>
 
+class QFormLayout;
 class QLayout;
 class QWidget;
 
@@ -81,7 +81,7 @@ private:
     explicit ui_item(std::shared_ptr<const description> data);
 
     void add_to(QLayout* layout) const;
-    void add_row_to(class QFormLayout* form, const QString& label) const;
+    void add_row_to(QFormLayout* form, const QString& label) const;
     void finish_layout(QLayout* layout) const;
 
     std::shared_ptr<const description> m_data;
