@@ -149,7 +149,7 @@ char* WritePart(char* out, const char* start, std::int64_t value, std::string_vi
         *out++ = ' ';
     out = WriteInteger(out, value);
     out = WriteLiteral(out, unit);
-    if (value != 1)
+    if (value != 1 && value != -1)
         *out++ = 's';
     return out;
 }

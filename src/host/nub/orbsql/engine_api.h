@@ -3,20 +3,25 @@
 
 #include <duckdb.h>
 
-// Functions that older engines lack are weak, so that the library loads there;
-// test each for null before calling it. (1.1 lacks all of these.)
-#pragma weak duckdb_connection_get_client_context
-#pragma weak duckdb_create_error_data
-#pragma weak duckdb_create_instance_cache
-#pragma weak duckdb_destroy_client_context
-#pragma weak duckdb_destroy_error_data
-#pragma weak duckdb_destroy_instance_cache
-#pragma weak duckdb_error_data_has_error
-#pragma weak duckdb_error_data_message
-#pragma weak duckdb_get_or_create_from_cache
-#pragma weak duckdb_get_table_names
-#pragma weak duckdb_prepared_statement_column_count
-#pragma weak duckdb_prepared_statement_column_logical_type
-#pragma weak duckdb_prepared_statement_column_name
-#pragma weak duckdb_prepared_statement_column_type
-#pragma weak duckdb_vector_reference_vector
+namespace nub::orbsql {
+
+/// Functions of the engine that the kernel uses where they exist; null in an
+/// engine that lacks them. They are looked up by name, since not every linker
+/// keeps a weak reference weak when it has seen the definition.
+struct NewerFunctions
+{
+    decltype(&duckdb_create_instance_cache) createInstanceCache;         // 1.2
+    decltype(&duckdb_destroy_instance_cache) destroyInstanceCache;       // 1.2
+    decltype(&duckdb_get_or_create_from_cache) getOrCreateFromCache;     // 1.2
+    decltype(&duckdb_vector_reference_vector) vectorReferenceVector;     // 1.3
+};
+
+const NewerFunctions& Newer();
+
+} // namespace nub::orbsql
+
+// A direct call would keep the library from loading beside an older engine.
+#pragma GCC poison duckdb_create_instance_cache
+#pragma GCC poison duckdb_destroy_instance_cache
+#pragma GCC poison duckdb_get_or_create_from_cache
+#pragma GCC poison duckdb_vector_reference_vector

@@ -61,8 +61,8 @@ struct EngineText::Job
             return;
         }
         for (idx_t i = 0; i < job->list->size(); ++i)
-            duckdb_vector_reference_vector(duckdb_data_chunk_get_vector(output, i),
-                                           duckdb_data_chunk_get_vector(chunk, i));
+            Newer().vectorReferenceVector(duckdb_data_chunk_get_vector(output, i),
+                                          duckdb_data_chunk_get_vector(chunk, i));
         duckdb_data_chunk_set_size(output, duckdb_data_chunk_get_size(chunk));
     }
 };
@@ -174,7 +174,7 @@ void EngineText::Format(duckdb_data_chunk chunk, const std::vector<int>& columns
 {
     m_texts.reset();
     m_vectors.clear();
-    if (duckdb_vector_reference_vector)
+    if (Newer().vectorReferenceVector)
         Run(chunk, columns);
     else
         RunThroughTable(chunk, columns);

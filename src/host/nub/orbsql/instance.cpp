@@ -120,7 +120,7 @@ Registry& registry()
 
 duckdb_instance_cache engine_cache()
 {
-    static const duckdb_instance_cache cache = duckdb_create_instance_cache ? duckdb_create_instance_cache() : nullptr;
+    static const duckdb_instance_cache cache = Newer().createInstanceCache ? Newer().createInstanceCache() : nullptr;
     return cache;
 }
 
@@ -148,7 +148,7 @@ std::unique_ptr<Instance> make_instance(const Location& location, const OpenOpti
     instance->options = options;
     char* error = nullptr;
     const duckdb_state state = engine_cache()
-        ? duckdb_get_or_create_from_cache(engine_cache(), location.path.c_str(), instance->database.out(), config.get(), &error)
+        ? Newer().getOrCreateFromCache(engine_cache(), location.path.c_str(), instance->database.out(), config.get(), &error)
         : duckdb_open_ext(location.path.c_str(), instance->database.out(), config.get(), &error);
     if (state == DuckDBError) {
         const std::string text = error ? error : "The engine cannot open the database";
