@@ -7,7 +7,8 @@ namespace HF {
 
 class LRecentsList;
 
-/// One recently used thing. Its data is what opens it again.
+/// One recently used thing. Its data is what opens it again. The property 45
+/// marks one that does not live on disk.
 class HF_EXPORT LRecentItem : public LDatabaseObject_Impl
 {
 public:
@@ -15,6 +16,7 @@ public:
 
     int get_ObjectType() const override { return TYPE_RECENT_ITEM; }
     LLazy<QString, false> get_Icon() const override;
+    LLazy<QString, false> get_Tip() const override;
     QVariant get_ItemData() const;
     void put_ItemData(const QVariant& data);
 
@@ -41,7 +43,8 @@ public:
     /// Writes the list to the settings store.
     virtual void Flush();
     /// Reads items that another installation exported, a JSON list of
-    /// {"name","data"}; what does not parse is left alone.
+    /// {"name","data"}, behind its own and up to the limit; what does not parse is
+    /// left alone.
     virtual void FromFile(const QString& path);
     virtual QString GetItemIcon(const rc::Ref<const LRecentItem>& item) const;
     virtual void OpenItem(const rc::Ref<LRecentItem>& item) = 0;
@@ -63,6 +66,12 @@ protected:
     bool m_ofWorkspace = false;
 
 private:
+    /// Adds the items of a JSON list behind the others, up to the limit.
+    bool Append(const QByteArray& json);
+    qsizetype IndexOf(const QVariant& data) const;
+    QString StoredKey() const;
+    void Changed();
+
     mutable std::recursive_mutex m_itemsMutex;
     RcList<LRecentItem> m_items;
 };

@@ -4,6 +4,7 @@
 #include "hf/enums.h"
 #include "hf/export.h"
 #include "rc/ref.h"
+#include "uik/settings.h"
 
 #include <QIcon>
 #include <QString>
@@ -16,6 +17,9 @@ namespace HF {
 
 class LRecentsList;
 class LTreeItem;
+
+/// The settings store.
+HF_EXPORT uik::uik_settings& ApplicationSettings();
 
 /// A message box; on the error stream when there is no window system.
 HF_EXPORT void Alert(const QString& text);
