@@ -3,7 +3,10 @@
 
 #include "model/text_helpers.h"
 
-#include <QObject>
+#include "hf/database.h"
+
+#include <QActionGroup>
+#include <QMenu>
 
 void orbDuckDB_ModelDatabase::CreateProperties(HF::LHasProperties::Properties& list) const
 {
@@ -28,4 +31,51 @@ QList<HF::LQueryNode> orbDuckDB_ModelDatabase::GetQueryNodes(const rc::Ref<const
     if (kind == HF::KIND_CHANGE_PROPERTY && property == PROP_SEARCH_PATH)
         node.sql = QStringLiteral("SET search_path=%1;").arg(QuoteStringLiteral(value.ToStringList().join(u',')));
     return {node};
+}
+
+HF::LVariant orbDuckDB_ModelDatabase::ShowPropertyEditor(const rc::Ref<HF::I_LSchemaObject>& object, int property,
+                                                         const rc::Ptr<HF::I_LDatabase>& database,
+                                                         QPoint position) const
+{
+    if (property != PROP_SEARCH_PATH || !database)
+        return {};
+    QStringList chosen = object->GetStringList(PROP_SEARCH_PATH);
+    QStringList others;
+    for (const QString& name : database->get_ChildObjectsNames(HF::TYPE_SCHEMA))
+        if (!chosen.contains(name))
+            others.append(name);
+
+    QMenu menu;
+    QActionGroup group(&menu);
+    group.setExclusive(false);
+    QAction* const all = menu.addAction(QObject::tr("Select All Schemas"));
+    QAction* const none = menu.addAction(QObject::tr("Deselect All Schemas"));
+    all->setEnabled(!others.isEmpty());
+    none->setEnabled(!chosen.isEmpty());
+    menu.addSeparator();
+    const auto addNames = [&](const QStringList& names, bool checked) {
+        for (const QString& name : names) {
+            QAction* const action = menu.addAction(QString(name).replace(u'&', QLatin1String("&&")));
+            action->setData(name);
+            action->setCheckable(true);
+            action->setChecked(checked);
+            group.addAction(action);
+        }
+    };
+    addNames(chosen, true);
+    if (!chosen.isEmpty())
+        menu.addSeparator();
+    addNames(others, false);
+
+    QObject::connect(&group, &QActionGroup::triggered, &menu, [&chosen](QAction* action) {
+        const QString name = action->data().toString();
+        if (!action->isChecked())
+            chosen.removeAll(name);
+        else if (!chosen.contains(name))
+            chosen.append(name);
+    });
+    QObject::connect(all, &QAction::triggered, &menu, [&chosen, &others] { chosen += others; });
+    QObject::connect(none, &QAction::triggered, &menu, [&chosen] { chosen.clear(); });
+    menu.exec(position);
+    return chosen;
 }

@@ -11,4 +11,7 @@ public:
     QList<HF::LQueryNode> GetQueryNodes(const rc::Ref<const HF::I_LSchemaObject>& object, HF::ELQueryKind kind,
                                         int property, const HF::LVariant& value) const override;
     bool IsTransactable(const rc::Ref<const HF::I_LSchemaObject>& object) const override { return false; }
+    /// A menu of the database's schemas, for the default ones.
+    HF::LVariant ShowPropertyEditor(const rc::Ref<HF::I_LSchemaObject>& object, int property,
+                                    const rc::Ptr<HF::I_LDatabase>& database, QPoint position) const override;
 };
