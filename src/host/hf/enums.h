@@ -114,6 +114,10 @@ enum ELDumpData : int { DUMP_BOTH = 0, DUMP_STRUCTURE = 1, DUMP_DATA = 2 };
 enum ELDumpKind : int { DUMP_KIND_SQL = 5 };
 
 /// Events told to the watchers of a script object.
-enum ELScriptEvent : int { SCRIPT_EVENT_CLOSING = 5 };
+enum ELScriptEvent : int {
+    SCRIPT_EVENT_PROPERTY = 1, ///< argument: name of the script property
+    SCRIPT_EVENT_ROW = 2,      ///< argument: number of the row that was written
+    SCRIPT_EVENT_CLOSING = 5,
+};
 
 } // namespace HF

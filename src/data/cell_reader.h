@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "data/field.h"
+#include "nub/value.h"
+
+/// Turns the kernel's cells of one column into values, appended to the column.
+/// This is the inner loop of every result: one value object a cell, no QString
+/// for texts that fit into the object.
+class CellReader
+{
+public:
+    explicit CellReader(orbDuckDB_Field& column);
+    /// May use the bytes of `cell` only during the call.
+    void Append(nub::I_Value& cell);
+
+private:
+    void AppendNull();
+    void AppendBytes(nub::I_Value& cell);
+    void AppendDate(std::u16string_view text);
+    void AppendTime(std::u16string_view text);
+    void AppendDateTime(const nub::String& text);
+
+    orbDuckDB_Field& m_column;
+    RcList<HF::I_LSqlValue>& m_values;
+    rc::Ptr<HF::I_LSqlValue> m_null; ///< shared by all nulls of the column
+};

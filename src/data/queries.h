@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+/// Texts of statements on columns.
+namespace queries {
+
+/// Select item that gives a value whole, or its first `maxLength` bytes or characters.
+/// The engine's substr() takes no BLOB and counts from 1, so that bytes go by
+/// their hexadecimal digits.
+inline QString LongValue(const QString& quotedName, bool isBlob, long maxLength)
+{
+    if (maxLength < 0)
+        return quotedName;
+    if (isBlob)
+        return QStringLiteral("unhex( substring( to_hex( %1 ), 1, %2 ) ) AS %1").arg(quotedName).arg(2 * maxLength);
+    return QStringLiteral("substr( %1, 1, %2 ) AS %1").arg(quotedName).arg(maxLength);
+}
+
+/// Whether a column is indexed (any row) and unique (a true).
+inline const QString& FieldFlags()
+{
+    static const QString text = QStringLiteral(
+        "(  SELECT TRUE AS is_unique FROM duckdb_constraints() WHERE constraint_type IN ( 'UNIQUE', 'PRIMARY KEY' ) "
+        "AND array_length( constraint_column_names ) = 1 AND database_name IN ( current_catalog(),'temp' ) "
+        "AND schema_name = $PPNAME AND table_name = $PNAME AND constraint_column_names[1] = $NAME ) "
+        "UNION (SELECT is_unique FROM duckdb_indexes() WHERE database_name IN ( current_catalog(), 'temp' ) "
+        "AND schema_name = $PPNAME AND table_name = $PNAME AND contains( sql, $INDEX_ON ) )");
+    return text;
+}
+
+} // namespace queries
