@@ -30,6 +30,7 @@ public:
     virtual LLazy<int, false> get_Version() const = 0;
     virtual rc::Ptr<I_LConnectionFactory> get_Factory() const = 0;
     virtual RcList<I_LDatabase> get_Databases() const = 0;
+    /// The one that was chosen last, the first open one otherwise.
     virtual rc::Ptr<I_LDatabase> get_ActiveDatabase() const = 0;
     virtual void put_ActiveDatabase(const rc::Ptr<I_LDatabase>& database) = 0;
     virtual LLazy<rc::Ptr<I_LDatabase>, true> CreateDatabase(const QString& name,
@@ -84,6 +85,7 @@ protected:
 
 private:
     rc::Ref<LConnectionFactory> m_factory;
+    mutable std::mutex m_activeMutex;
     rc::Weak<I_LDatabase> m_activeDatabase;
 };
 

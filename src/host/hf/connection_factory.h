@@ -52,6 +52,7 @@ class HF_EXPORT LConnectionFactory : public I_LConnectionFactory
 {
 public:
     explicit LConnectionFactory(const QString& name);
+    ~LConnectionFactory() override;
 
     int get_ObjectType() const override { return TYPE_CONNECTION_FACTORY; }
     QString get_ObjectTypeName() const override;
@@ -59,15 +60,23 @@ public:
     rc::Ptr<I_LConnection> FindConnection(const QString& workspace, const QString& name) const;
     /// Encodings a dump can be written in, the default first.
     virtual QStringList GetDumpEncodings() const;
-    /// Watches over the factory's connections: AddConnection keeps them.
+    /// Is attached to the factory's connections.
     rc::Ref<LObserver> get_Observer() const { return m_observer; }
-    /// Keeps a new connection; called by the connection's constructor.
-    void AddConnection(const rc::Ref<I_LConnection>& connection);
+    /// Keeps a new connection. Called by the constructor of LConnection, so the
+    /// workspace comes along: the object itself cannot be asked yet. A factory that
+    /// makes connections on several threads locks around look-up and creation.
+    void AddConnection(const rc::Ref<I_LConnection>& connection, const QString& workspace);
 
 private:
+    struct Entry
+    {
+        rc::Ref<I_LConnection> connection;
+        QString workspace;
+    };
+
     rc::Ref<LObserver> m_observer;
     mutable std::mutex m_connectionsMutex;
-    RcList<I_LConnection> m_connections;
+    std::vector<Entry> m_connections;
 };
 
 } // namespace HF

@@ -6,6 +6,7 @@
 #include "weft/string.h"
 #include "weft/error.h"
 
+#include <functional>
 #include <optional>
 
 namespace HF {
@@ -33,5 +34,14 @@ struct HF_EXPORT LConnectionParameters
     /// Runs the user's script after a connect; a failure goes to the error log.
     void RunPostScript(const rc::Ptr<I_LConnection>& connection, const rc::Ptr<I_LDatabase>& database) const;
 };
+
+/// Runs the user's script in a file and gives its error. Before a connect both
+/// objects are null and the script may change the record.
+using LScriptRunner = std::function<std::optional<weft::Error>(const QString& file, LConnectionParameters& parameters,
+                                                               const rc::Ptr<I_LConnection>& connection,
+                                                               const rc::Ptr<I_LDatabase>& database)>;
+/// Installs what runs scripts; until then a script that is named is an error. Any
+/// thread; the runner is called on the thread that connects.
+HF_EXPORT void SetScriptRunner(LScriptRunner runner);
 
 } // namespace HF

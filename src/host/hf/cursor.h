@@ -55,13 +55,14 @@ public:
     ~LCursor() override;
 
     int get_ObjectType() const override { return TYPE_CURSOR; }
-    rc::Ptr<I_LConnection> get_Connection() const override { return Connection; }
+    rc::Ptr<I_LConnection> get_Connection() const override;
     rc::Ptr<I_LDatabase> get_Database() const override;
     LLazy<int, false> get_ColumnCount() const override { return get_FieldCount(); }
     rc::Ptr<I_LField> get_Column(int index) const override { return get_Field(index); }
     rc::Ptr<I_LField> get_Column(const QString& name) const override { return get_Field(name); }
     QString get_QueryText() const override { return get_Name(); }
     void SetErrorLogger(const rc::Ptr<I_LLog>& log) override { ErrorLogger = log; }
+    /// Also makes the database the parent object.
     void SetSourceDatabase(const rc::Ref<I_LDatabase>& database) override;
 
 protected:

@@ -68,10 +68,11 @@ public:
 
     /// Puts the database in the connection's list of recent ones.
     void AddToRecents();
-    /// Virtual links: user-made ties between tables, kept as external properties.
+    /// Reads the virtual links of links lists that hang at the database itself.
     void InitVirtualLinks();
-    /// Removes the settings kept for this database.
+    /// Removes the settings kept for this database and all below it.
     void DeleteSettings();
+    /// Forgets the idents and all catalogue objects.
     void DeleteSchemaCache();
     void UpdateDefaultSchemasAction(QAction& action) override {}
     /// A task that loads a dump; null when the engine has none. `page` is the options page of the wizard.
@@ -80,6 +81,7 @@ public:
     virtual rc::Ptr<LTask> MakeDump(const QString& path, int kind, ELDumpData data, const QString& encoding,
                                     QPointer<QWidget> page, const RcList<LTreeItem>& selection, LTaskProgress progress);
 
+    /// Actions that need windows do not show without them.
     static rc::Ref<LAction> ActionOpenQueryEditor();
     static rc::Ref<LAction> ActionOpenQueryBuilder();
     static rc::Ref<LAction> ActionClose();
@@ -97,6 +99,7 @@ protected:
 private:
     rc::Ref<I_LConnection> m_connection;
     QString m_path;
+    QString m_settingsKey;
     std::atomic<bool> m_closing{false};
     std::mutex m_identsMutex;
     std::optional<LLazy<QList<LIdent>, false>> m_idents;

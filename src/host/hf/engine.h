@@ -41,9 +41,10 @@ public:
     LDatabaseEngine& operator=(const LDatabaseEngine&) = delete;
     virtual ~LDatabaseEngine();
 
-    /// What completion needs beside the idents, as (key, value) texts.
+    /// What completion needs beside the idents: "searchPath", "literalQuote", "caseSensitive".
     virtual QVariantHash AutoCompletionEnvironment(const rc::Ref<I_LConnection>& connection,
                                                    const rc::Ptr<I_LDatabase>& database) const;
+    /// None in the base.
     virtual RcList<LAction> GetActionsToGenerateQueries(const rc::Ref<const I_LSchemaObject>& object) const;
     virtual QStringList GetAggregateFunctions() const { return {}; }
     virtual QString GetBindPlaceholder(int index) const { return QStringLiteral("?"); }
@@ -71,7 +72,9 @@ public:
     virtual QStringList GetStatementKeywords(bool sorted) const { return {}; }
     virtual QStringList GetFollowingKeywords(int keyword) const { return {}; }
     virtual QStringList GetMethodTypes(const rc::Ptr<const I_LConnection>& connection) const;
+    /// Numbers of the properties that make up a primary key or a unique.
     virtual QList<int> GetPrimaryKeyProperties() const;
+    virtual QList<int> GetUniqueProperties(const rc::Ptr<I_LDatabase>& database) const;
     virtual int GetQueryCapabilities() const { return 0; }
     virtual QList<LSqlTemplate> GetSqlTemplates() const { return {}; }
     virtual QString GetTransactionBegin(const QString& name) const { return QStringLiteral("BEGIN;"); }
@@ -80,19 +83,22 @@ public:
     virtual bool IsValidName(const QString& name) const { return !name.isEmpty(); }
     virtual LLazy<bool, false> IsNeedQuote(const QString& name, const rc::Ptr<I_LConnection>& connection) const;
     virtual bool IsTransactable(const rc::Ref<const I_LSchemaObject>& object) const;
+    /// Splits a dotted path, names bare or in double quotes. The types are those of
+    /// the last names; names before them are of unknown type.
     virtual LIdent ParseIdent(const QString& text, const QList<ELDbObjType>& types) const;
     virtual LLazy<bool, true> PostApplyChanges(const rc::Ref<I_LSchemaObject>& object) const;
     /// The name in double quotes, each `"` doubled, when IsNeedQuote says so or the
     /// engine would not read the bare name back as that very name (a digit first, a
     /// dot or "#" inside, empty).
     virtual QString QuoteName(const QString& name, const rc::Ptr<I_LConnection>& connection) const;
+    /// Puts the children of a node into the order they are run in; the base keeps theirs.
     virtual void SortQueries(LQueryNode& root) const;
     virtual I_LDatabaseModel* GetModel(ELObjectType type) const { return DummyModel(); }
 
     /// The statements of a request, by the model of the object's type.
     QList<LQueryNode> GetQueryNodes(const rc::Ref<const I_LSchemaObject>& object, ELQueryKind kind, int property,
                                     const LVariant& value) const;
-    /// The same as one text, each statement closed.
+    /// The same as one text, each statement closed. No flag has a meaning to the base.
     QString GenerateQuery(const rc::Ref<const I_LSchemaObject>& object, ELQueryKind kind, int property,
                           const LVariant& value, int flags) const;
     /// Sets read-only and hidden flags by what the object's model says.
