@@ -46,6 +46,12 @@ idx_t Compare(EngineSession& engine, const std::string& relation)
     return rows;
 }
 
+/// Before 1.3, where texts of nested values take a longer way.
+bool IsOldEngine()
+{
+    return !orbsql::Newer().vectorReferenceVector;
+}
+
 struct TypeCase
 {
     const char* name;
@@ -74,7 +80,7 @@ const std::vector<TypeCase> Types = {
      {"-170141183460469231731687303715884105728", "170141183460469231731687303715884105727", "0", "-1",
       "10000000000000000000", "-10000000000000000000", "18446744073709551616", "100000000000000000000000000000000000000"},
      "h::HUGEINT * (hash(h) >> 2)::HUGEINT * (CASE WHEN h % 2 = 0 THEN 1 ELSE -1 END)"},
-    {"UHugeInt", "UHUGEINT", {"0", "340282366920938463463374607431768211455", "'18446744073709551615'"},
+    {"UHugeInt", "UHUGEINT", {"0", "'340282366920938463463374607431768211455'", "'18446744073709551615'"},
      "h::UHUGEINT * hash(h)::UHUGEINT"},
     {"Float", "FLOAT",
      {"0", "'-0.0'", "'inf'", "'-inf'", "'nan'", "'-nan'", "1e16", "1e15", "123456789", "16777216", "16777217", "0.1",
@@ -89,7 +95,7 @@ const std::vector<TypeCase> Types = {
     {"Date", "DATE",
      {"'1970-01-01'", "'infinity'", "'-infinity'", "'0044-03-15 (BC)'", "'0001-01-01'", "'0001-12-31 (BC)'",
       "'1970-01-01'::DATE - 2147483646", "'5881580-07-10'", "'2000-02-29'", "'1900-02-28'", "'9999-12-31'", "'10000-01-01'",
-      "'0004-02-29 (BC)'", "'0005-02-29 (BC)'"},
+      "'0004-02-28 (BC)'", "'0005-02-29 (BC)'"},
      "'1970-01-01'::DATE + ((h % 8000000)::BIGINT - 4000000)::INTEGER"},
     {"Time", "TIME", {"'00:00:00'", "'24:00:00'", "'23:59:59.999999'", "'05:06:07.1'", "'12:00:00.000001'"},
      "'00:00:00'::TIME + to_microseconds((h % 86400000000)::BIGINT)"},
@@ -168,15 +174,17 @@ const std::vector<TypeCase> Types = {
 };
 
 /// A relation of one column x with the case's values, a null and random values.
-std::string Relation(const TypeCase& c)
+std::string Relation(EngineSession& engine, const TypeCase& c)
 {
     std::string sql = "SELECT NULL::" + std::string(c.type) + " AS x";
     for (const char* value : c.values)
         sql += " UNION ALL SELECT CAST(" + std::string(value) + " AS " + c.type + ")";
-    if (c.random)
-        sql += std::string(" UNION ALL SELECT CASE WHEN h % 13 = 0 THEN NULL ELSE CAST(") + c.random + " AS " + c.type
-            + ") END FROM (SELECT i, hash(i) AS h FROM range(5000) r(i))";
-    return sql;
+    if (!c.random)
+        return sql;
+    const std::string random = std::string("SELECT CASE WHEN h % 13 = 0 THEN NULL ELSE CAST(") + c.random + " AS "
+        + c.type + ") END FROM (SELECT i, hash(i) AS h FROM range(5000) r(i))";
+    // An old engine may lack the function that makes them.
+    return IsOldEngine() && !engine.Accepts(random) ? sql : sql + " UNION ALL " + random;
 }
 
 class ValueTextTest : public testing::TestWithParam<TypeCase>
@@ -193,23 +201,26 @@ protected:
 
 TEST_P(ValueTextTest, FlatAsTheEngineCasts)
 {
-    Compare(engine, Relation(GetParam()));
+    Compare(engine, Relation(engine, GetParam()));
 }
 
 TEST_P(ValueTextTest, NestedAsTheEngineCasts)
 {
-    const std::string flat = Relation(GetParam()) + " LIMIT 100";
-    for (const char* nested : {
+    const std::string flat = Relation(engine, GetParam()) + " LIMIT 100";
+    std::vector<const char*> shapes = {
              "[x, NULL, x]",
              "CASE WHEN x IS NULL THEN NULL ELSE [[x], [], NULL] END",
              "array_value(x, NULL, x)",
              "{'k': x, 'a b': x, 'select': 1, 'q\"q': 1}",
-             "row(x, 'a')",
              "union_value(k := x)",
              "[{'a': [x]}, NULL]",
              "{'a': {'b': map(['k', ''], [[x], NULL])}}",
              "map([1, 2], [{'l': [x, x]}, NULL])",
-         }) {
+    };
+    // No table of an old engine takes a record without names.
+    if (!IsOldEngine())
+        shapes.push_back("row(x, 'a')");
+    for (const char* nested : shapes) {
         const std::string relation = std::string("SELECT ") + nested + " AS x FROM (" + flat + ")";
         if (GetParam().optional && !engine.Accepts("SELECT x, CAST(x AS VARCHAR) FROM (" + relation + ")"))
             continue;
@@ -229,8 +240,8 @@ TEST(ValueTextSettings, InstantsFollowZoneAndCalendar)
           "SET TimeZone = 'Africa/Monrovia'", "SET Calendar = 'japanese'", "SET TimeZone = 'UTC'"}) {
         engine.Run(setting);
         SCOPED_TRACE(setting);
-        Compare(engine, Relation(*c));
-        Compare(engine, "SELECT {'t': [x]} AS x FROM (" + Relation(*c) + ")");
+        Compare(engine, Relation(engine, *c));
+        Compare(engine, "SELECT {'t': [x]} AS x FROM (" + Relation(engine, *c) + ")");
     }
 }
 
@@ -238,7 +249,8 @@ TEST(ValueTextColumns, LargeEnumsAndManyColumns)
 {
     EngineSession engine;
     for (const char* count : {"300", "70000"}) {
-        engine.Run(std::string("CREATE OR REPLACE TYPE words AS ENUM (SELECT 'w' || i FROM range(") + count
+        engine.Run("DROP TYPE IF EXISTS words");
+        engine.Run(std::string("CREATE TYPE words AS ENUM (SELECT 'w' || i FROM range(") + count
                    + ") t(i) ORDER BY i)");
         Compare(engine, std::string("SELECT ('w' || i)::words AS x FROM range(") + count + ") t(i)");
     }

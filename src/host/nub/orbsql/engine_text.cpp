@@ -148,10 +148,15 @@ void EngineText::Execute(const std::string& sql)
         Fail(duckdb_result_error(&result.get()));
 }
 
+/// The call of the table function for this object's job.
+std::string EngineText::Source() const
+{
+    return FunctionName + ('(' + std::to_string(reinterpret_cast<std::intptr_t>(m_job.get()))) + ')';
+}
+
 std::vector<std::string> EngineText::TypeNames()
 {
-    const std::string sql = std::string("SELECT column_type FROM (DESCRIBE SELECT * FROM ") + FunctionName + '('
-        + std::to_string(reinterpret_cast<std::intptr_t>(m_job.get())) + "))";
+    const std::string sql = "SELECT column_type FROM (DESCRIBE SELECT * FROM " + Source() + ')';
     ResultHandle result;
     if (duckdb_query(m_connection.get(), sql.c_str(), result.out()) != DuckDBSuccess)
         Fail(duckdb_result_error(&result.get()));
@@ -184,8 +189,7 @@ void EngineText::Format(duckdb_data_chunk chunk, const std::vector<int>& columns
 void EngineText::Run(duckdb_data_chunk chunk, const std::vector<int>& columns)
 {
     if (!m_statement || m_prepared != columns) {
-        const std::string sql = "SELECT " + CastList(columns) + " FROM " + FunctionName + '('
-            + std::to_string(reinterpret_cast<std::intptr_t>(m_job.get())) + ')';
+        const std::string sql = "SELECT " + CastList(columns) + " FROM " + Source();
         if (duckdb_prepare(m_connection.get(), sql.c_str(), m_statement.out()) != DuckDBSuccess)
             Fail(duckdb_prepare_error(m_statement.get()));
         m_prepared = columns;
@@ -203,18 +207,14 @@ void EngineText::RunThroughTable(duckdb_data_chunk chunk, const std::vector<int>
     static std::atomic<unsigned> number{0};
     if (m_table.empty())
         m_table = "orb_rows_" + std::to_string(++number);
-    std::string sql = "CREATE OR REPLACE TABLE " + m_table + " (";
-    const std::vector<std::string> names = TypeNames();
-    for (std::size_t i = 0; i < names.size(); ++i)
-        sql += (i ? ", " : "") + ColumnName(i) + ' ' + names[i];
-    Execute(sql + ')');
+    Execute("CREATE OR REPLACE TABLE " + m_table + " AS SELECT * FROM " + Source());
     AppenderHandle appender;
     if (duckdb_appender_create(m_connection.get(), nullptr, m_table.c_str(), appender.out()) != DuckDBSuccess
         || duckdb_append_data_chunk(appender.get(), chunk) != DuckDBSuccess
         || duckdb_appender_flush(appender.get()) != DuckDBSuccess)
         Fail(duckdb_appender_error(appender.get()));
     appender.reset();
-    sql = "SELECT " + CastList(columns) + " FROM " + m_table;
+    const std::string sql = "SELECT " + CastList(columns) + " FROM " + m_table;
     if (duckdb_query(m_connection.get(), sql.c_str(), m_result.out()) != DuckDBSuccess)
         Fail(duckdb_result_error(&m_result.get()));
 }

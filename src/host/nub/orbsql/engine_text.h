@@ -38,10 +38,10 @@ public:
 private:
     class Service;
     struct Job;
-    void Prepare(const std::vector<int>& columns);
     void Run(duckdb_data_chunk chunk, const std::vector<int>& columns);
     void RunThroughTable(duckdb_data_chunk chunk, const std::vector<int>& columns);
     void Execute(const std::string& sql);
+    std::string Source() const;
     void KeepTexts(std::size_t columns, idx_t rows);
 
     std::shared_ptr<Service> m_service;
