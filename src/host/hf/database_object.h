@@ -13,6 +13,7 @@ namespace HF {
 class I_LConnection;
 class I_LCursor;
 class I_LDatabase;
+class I_LField;
 class I_LSchemaObject;
 class LDatabaseEngine;
 class LDatabaseObject_Impl;
@@ -53,6 +54,11 @@ public:
     /// Marked while the object goes: its database is closing.
     virtual bool get_IsClosing() const;
 
+    RcList<LTreeItem> get_Children() const override;
+    /// Also takes a child out of the child list that it stands in.
+    void DeleteChild(const rc::Ref<LTreeItem>& child) override;
+    void Detach() override;
+
     // Child lists
     /// Adds a list; made by the object's constructor or factory, in tree order.
     void AddChildList(const rc::Ref<LSchemaItemList>& list);
@@ -60,6 +66,7 @@ public:
     QList<rc::Ref<LSchemaItemList>> get_ChildLists() const;
     rc::Ptr<LSchemaItemList> get_ChildList(int type) const;
     bool HasChildList(int type) const;
+    /// True when the list of the type has been read and is not empty.
     bool HasChildObjects(int type) const;
     /// The items of the list of that type, built when they are not yet.
     LLazy<RcList<I_LSchemaObject>, false> get_ChildObjects(int type) const;
@@ -95,8 +102,14 @@ public:
     /// Copies one column into one property. A missing column leaves it alone; a
     /// null gives the empty value of the column's kind.
     void ReadProperty(const rc::Ref<const I_LCursor>& cursor, int id, const char* column);
+    /// A column by name, null when there is none. While a list reads its rows the
+    /// look-up is done once for all of them, so FromQuery should use this.
+    static rc::Ptr<I_LField> FindColumn(const rc::Ref<const I_LCursor>& cursor, const char* column);
+    /// The text of a column; empty when it is missing or null.
+    static QString ReadText(const rc::Ref<const I_LCursor>& cursor, const char* column);
 
-    // External properties
+    // External properties, under "External/", the database's key, the object's key.
+    // An object without a database has none.
     virtual QVariant get_ExternalProperty(const QString& name, const QVariant& otherwise = {}) const;
     virtual LLazy<bool, true> put_ExternalProperty(const QString& name, const QVariant& value);
     virtual bool HasExternalProperty(const QString& name) const;
@@ -107,16 +120,21 @@ public:
     void SetScriptWatcher(std::shared_ptr<I_LScriptWatcher> watcher);
     void NotifyScriptWatchers(int event, const QVariant& argument = {}) const;
 
-    /// Text under which the object's external properties stand.
+    /// Key of the group in which the object's external properties stand: the
+    /// database's key, then kinds and names down to the object. Empty without a database.
     virtual QString ExternalKey() const;
 
 protected:
     LDatabaseObject_Impl() = default;
     void Destroy() override;
+    bool DeclareProperties(Properties& properties) const override;
 
-    std::vector<rc::Ref<LSchemaItemList>> m_childLists;
+    std::vector<rc::Ref<LSchemaItemList>> m_childLists; ///< guarded by m_treeMutex
 
 private:
+    LLazy<bool, true> RunModel(ELQueryKind kind, int id, const LVariant& value);
+    QString ExternalPropertyKey(const QString& name) const;
+
     std::shared_ptr<I_LScriptWatcher> m_scriptWatcher;
 };
 

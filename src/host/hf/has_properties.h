@@ -53,7 +53,8 @@ public:
         /// Entries added from here on belong to the category.
         void AddCategory(const QString& category);
         void AddProperty(int id, LVariant value, int flags);
-        /// Replaces the list; values that the old list held under the same number stay.
+        /// Declares a list: its entries come first and in its order. What was assigned
+        /// before stays, and so do flags that were set.
         void AssignProperties(const QList<LProperty>& list);
         void DeleteAllPropertiesSilent();
         /// The entry as it stands, or null. Valid until the list changes.
@@ -61,6 +62,7 @@ public:
         LProperty* get_PropertyRaw(int id);
         LProperty& Ensure(int id);
         const std::vector<LProperty>& All() const { return m_list; }
+        std::vector<LProperty>& All() { return m_list; }
 
     private:
         QString m_category;
@@ -113,8 +115,20 @@ public:
 protected:
     LHasProperties() = default;
 
+    /// Declares the properties that the kind of object has. Called under the
+    /// property mutex, when somebody asks for more than was assigned, until it
+    /// answers true.
+    virtual bool DeclareProperties(Properties& properties) const { return true; }
+
     mutable std::recursive_mutex m_propertyMutex;
-    Properties m_properties;
+    mutable Properties m_properties;
+
+private:
+    const LProperty* Find(int id) const;
+    void Declare() const;
+    bool Store(int id, const LVariant& value, const QString* selection);
+
+    mutable bool m_declared = false;
 };
 
 /// Adds a property to a list being built. Flags that hold both bits of 0x401 or

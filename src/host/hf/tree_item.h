@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QString>
 
+#include <atomic>
 #include <mutex>
 #include <vector>
 
@@ -24,7 +25,7 @@ class LObserver;
 ///
 /// The name is guarded by the spin flag, children and observers by a mutex; any
 /// thread may read and change. Children are held strongly. A child holds its
-/// parent strongly too (see DeleteChild and Detach for how that circle ends).
+/// parent strongly too; DeleteChild and Detach end that circle.
 class HF_EXPORT LTreeItem : public rc::RefCounted
 {
 public:
@@ -54,11 +55,18 @@ public:
 
     virtual rc::Ptr<LTreeItem> get_ParentObject() const;
     void put_ParentObject(const rc::Ptr<LTreeItem>& parent);
-    RcList<LTreeItem> get_Children() const;
+    /// The same for an item that the parent outlives: a weak tie.
+    void put_ParentObjectWeak(const rc::Ptr<LTreeItem>& parent);
+    virtual RcList<LTreeItem> get_Children() const;
     virtual void AddChildBack(const rc::Ref<LTreeItem>& child);
     /// Removes a child and cuts its tie to this parent.
     virtual void DeleteChild(const rc::Ref<LTreeItem>& child);
     void DeleteAllChildren();
+    /// The item has left the list it stood in. Its children are let go, so that no
+    /// circle keeps it. Whoever holds it may use it on: its parents stay in reach,
+    /// and lists below it may be read again, with weak ties from then on.
+    virtual void Detach();
+    bool IsDetached() const { return m_detached.load(); }
 
     /// Observers are held weakly.
     void AddObserver(const rc::Ref<LObserver>& observer);
@@ -80,6 +88,8 @@ protected:
 private:
     QString m_name;
     rc::Ptr<LTreeItem> m_parent;
+    rc::Weak<LTreeItem> m_weakParent; ///< in place of m_parent
+    std::atomic<bool> m_detached{false};
     RcList<LTreeItem> m_children;
     std::vector<rc::Weak<LObserver>> m_observers;
 
