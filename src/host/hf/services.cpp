@@ -80,18 +80,16 @@ std::optional<QString> InputTextWithTitle(const QString& title, const QString& p
 
 void SetWidgetConstraints(QWidget& window)
 {
+    // Brings the minimum that the layout demands up to date.
     if (window.layout())
         window.layout()->activate();
     const QScreen* screen = window.screen();
-    if (!screen)
+    if (!screen || !window.isWindow())
         return;
     const QSize room = screen->availableGeometry().size();
     window.setMaximumSize(room);
-    // Contents that shrank must not leave their old minimum behind.
-    const QSize minimum = window.minimumSizeHint().boundedTo(room);
-    window.setMinimumSize(minimum.expandedTo(QSize(0, 0)));
     if (window.isVisible() && !window.isMaximized() && !window.isFullScreen())
-        window.resize(window.size().boundedTo(room).expandedTo(minimum));
+        window.resize(window.size().boundedTo(room));
 }
 
 QString GetFactoryTypeNameTranslated(ELConnectionFactoryId id)

@@ -24,13 +24,13 @@ Qt::Alignment AlignmentHint(const QWidget* widget)
     return {};
 }
 
-void HideAll(QLayout* layout, bool hidden)
+void HideAll(QLayout* layout)
 {
     for (int i = 0; i < layout->count(); ++i) {
         if (QWidget* widget = layout->itemAt(i)->widget())
-            widget->setHidden(hidden);
+            widget->hide();
         else if (QLayout* inner = layout->itemAt(i)->layout())
-            HideAll(inner, hidden);
+            HideAll(inner);
     }
 }
 
@@ -169,8 +169,8 @@ QWidget* ui_item::create(QWidget* parent) const
     if (m_data->IsLayout()) {
         auto* holder = new QWidget(parent);
         holder->setLayout(create_layout());
-        if (m_data->hidden)
-            holder->setHidden(*m_data->hidden);
+        if (is_hidden())
+            holder->hide();
         return holder;
     }
     QWidget* made = m_data->widget;
@@ -204,8 +204,11 @@ void ui_item::apply_to(QWidget* widget) const
     }
     for (const property& apply : m_data->properties)
         apply({widget, nullptr});
-    if (m_data->hidden)
-        widget->setHidden(*m_data->hidden);
+    // Not shown without a parent: it would become a window of its own.
+    if (is_hidden())
+        widget->hide();
+    else if (m_data->hidden && widget->parentWidget())
+        widget->show();
 }
 
 QLayout* ui_item::create_layout() const
@@ -259,8 +262,8 @@ void ui_item::add_to(QLayout* layout) const
             inner->setContentsMargins(0, 0, 0, 0);
         const int stretch = m_data->stretch ? (isHorizontal ? m_data->stretch->first : m_data->stretch->second) : 0;
         box->addLayout(inner, stretch);
-        if (m_data->hidden)
-            HideAll(inner, *m_data->hidden);
+        if (is_hidden())
+            HideAll(inner);
     } else if (QWidget* made = create()) {
         box->addWidget(made, 0, AlignmentHint(made));
     }
@@ -292,8 +295,13 @@ void ui_item::add_row_to(QFormLayout* form, const QString& label) const
     } else {
         return;
     }
-    if (m_data->hidden)
-        form->setRowVisible(row, !*m_data->hidden);
+    if (is_hidden())
+        form->setRowVisible(row, false);
+}
+
+bool ui_item::is_hidden() const
+{
+    return m_data->hidden.value_or(false);
 }
 
 } // namespace weft

@@ -83,6 +83,7 @@ private:
     void add_to(QLayout* layout) const;
     void add_row_to(QFormLayout* form, const QString& label) const;
     void finish_layout(QLayout* layout) const;
+    bool is_hidden() const;
 
     std::shared_ptr<const description> m_data;
 };
