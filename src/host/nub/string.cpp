@@ -90,6 +90,16 @@ void AppendUtf8(std::u16string& out, const char* utf8, std::size_t size)
 {
     if (!size)
         return;
+    // Short plain text, the common cell, goes by the stack: growing a string
+    // in place would clear the memory first.
+    if (constexpr std::size_t shortSize = 64; size <= shortSize) {
+        char16_t wide[shortSize];
+        const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
+        if (WidenAscii(bytes, bytes + size, wide) == size) {
+            out.append(wide, size);
+            return;
+        }
+    }
     // UTF-16 never takes more units than UTF-8 takes bytes.
     const std::size_t start = out.size();
     out.resize(start + size);

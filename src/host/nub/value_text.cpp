@@ -2,7 +2,6 @@
 #include "nub/value_text.h"
 
 #include <charconv>
-#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -86,61 +85,6 @@ char* WriteDays(char* out, std::int64_t days)
     return beforeChrist ? WriteLiteral(out, " (BC)") : out;
 }
 
-/// Lays the shortest digits out as the engine does: plain between 1e-4 and
-/// 1e16, with an exponent of at least two digits otherwise.
-template <class T>
-char* WriteFloating(char* out, T value)
-{
-    if (std::isnan(value))
-        return WriteLiteral(out, std::signbit(value) ? "-nan" : "nan");
-    if (std::isinf(value))
-        return WriteLiteral(out, value < 0 ? "-inf" : "inf");
-    if (value == 0)
-        return WriteLiteral(out, std::signbit(value) ? "-0.0" : "0.0");
-
-    char shortest[40];
-    const char* const end = std::to_chars(shortest, shortest + sizeof shortest, value, std::chars_format::scientific).ptr;
-    const char* p = shortest;
-    if (*p == '-')
-        *out++ = *p++;
-    char digits[24];
-    int count = 0;
-    for (; *p != 'e'; ++p)
-        if (*p != '.')
-            digits[count++] = *p;
-    int exponent = 0;
-    const bool negative = p[1] == '-';
-    std::from_chars(p + 2, end, exponent);
-    if (negative)
-        exponent = -exponent;
-
-    if (exponent < -4 || exponent >= 16) {
-        *out++ = digits[0];
-        if (count > 1) {
-            *out++ = '.';
-            out = WriteLiteral(out, {digits + 1, static_cast<std::size_t>(count - 1)});
-        }
-        *out++ = 'e';
-        *out++ = negative ? '-' : '+';
-        const int size = negative ? -exponent : exponent;
-        return size < 100 ? WriteTwo(out, static_cast<unsigned>(size)) : WriteInteger(out, size);
-    }
-    if (exponent < 0) {
-        out = WriteLiteral(out, "0.");
-        for (int i = -1; i > exponent; --i)
-            *out++ = '0';
-        return WriteLiteral(out, {digits, static_cast<std::size_t>(count)});
-    }
-    for (int i = 0; i <= exponent; ++i)
-        *out++ = i < count ? digits[i] : '0';
-    *out++ = '.';
-    if (count <= exponent + 1)
-        *out++ = '0';
-    else
-        out = WriteLiteral(out, {digits + exponent + 1, static_cast<std::size_t>(count - exponent - 1)});
-    return out;
-}
-
 char* WritePart(char* out, const char* start, std::int64_t value, std::string_view unit)
 {
     if (!value)
@@ -183,16 +127,6 @@ char* WriteInteger128(char* out, Int128 value)
     return WriteUnsigned128(out, -static_cast<UInt128>(value));
 }
 
-char* WriteFloat(char* out, float value)
-{
-    return WriteFloating(out, value);
-}
-
-char* WriteDouble(char* out, double value)
-{
-    return WriteFloating(out, value);
-}
-
 char* WriteDecimal(char* out, Int128 value, int width, int scale)
 {
     if (scale == 0)
@@ -202,12 +136,14 @@ char* WriteDecimal(char* out, Int128 value, int width, int scale)
         *out++ = '-';
         magnitude = -magnitude;
     }
+    if (scale < 10 && width > scale && magnitude <= std::numeric_limits<std::uint64_t>::max()) {
+        const auto plain = static_cast<std::uint64_t>(magnitude), power = static_cast<std::uint64_t>(Powers[scale]);
+        out = WriteUnsigned(out, plain / power);
+        *out++ = '.';
+        return WritePadded(out, plain % power, scale);
+    }
     char digits[48];
-    int count;
-    if (magnitude <= std::numeric_limits<std::uint64_t>::max())
-        count = static_cast<int>(WriteUnsigned(digits, static_cast<std::uint64_t>(magnitude)) - digits);
-    else
-        count = static_cast<int>(WriteUnsigned128(digits, magnitude) - digits);
+    const int count = static_cast<int>(WriteUnsigned128(digits, magnitude) - digits);
     if (count > scale) {
         out = WriteLiteral(out, {digits, static_cast<std::size_t>(count - scale)});
         *out++ = '.';

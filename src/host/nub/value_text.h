@@ -43,13 +43,19 @@ ORB_KERNEL void AppendBlob(std::u16string& out, const unsigned char* bytes, std:
 /// number of padding bits, then the bits.
 void AppendBits(std::u16string& out, const unsigned char* bytes, std::size_t size);
 
-/// Replaces the text; its memory is used again.
-inline void AssignAscii(std::u16string& text, const char* from, const char* end)
+/// Replaces the text by what was written into a buffer of BufferSize, up to
+/// `end`; the text's memory is used again.
+inline void AssignAscii(std::u16string& text, const char* buffer, const char* end)
 {
-    text.resize(static_cast<std::size_t>(end - from));
-    char16_t* to = text.data();
-    while (from != end)
-        *to++ = static_cast<unsigned char>(*from++);
+    // Whole blocks are widened; what lies behind the end is not used.
+    constexpr std::size_t block = 16;
+    static_assert(BufferSize % block == 0);
+    char16_t wide[BufferSize];
+    const auto length = static_cast<std::size_t>(end - buffer);
+    for (std::size_t i = 0; i < length; i += block)
+        for (std::size_t j = 0; j < block; ++j)
+            wide[i + j] = static_cast<unsigned char>(buffer[i + j]);
+    text.assign(wide, length);
 }
 
 } // namespace nub::text
