@@ -89,9 +89,10 @@ std::string TemporaryBeside(const std::string& target)
 {
     static std::atomic<unsigned> count{0};
     const std::filesystem::path path(target);
-    return (path.parent_path()
-            / ("." + path.filename().string() + "." + std::to_string(::getpid()) + "-" + std::to_string(++count) + ".partial"))
-        .string();
+    std::string name = ".";
+    name.append(path.filename().string()).append(1, '.').append(std::to_string(::getpid()));
+    name.append(1, '-').append(std::to_string(++count)).append(".partial");
+    return (path.parent_path() / name).string();
 }
 
 void RenameWithoutReplacing(const std::string& from, const std::string& to)
