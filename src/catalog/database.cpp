@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "catalog/database.h"
+
+#include "catalog/database_queries.h"
+#include "catalog/idents.h"
+#include "catalog/schemas_list.h"
+#include "connection/location.h"
+#include "data/sql_query.h"
+#include "engine/engine_version.h"
+#include "engine/kernel_text.h"
+#include "hf/app_controller.h"
+#include "hf/log.h"
+#include "hf/recents.h"
+#include "hf/sql_text.h"
+
+#include <QFileInfo>
+#include <QThreadPool>
+
+namespace {
+
+using BoolLazy = HF::LLazy<bool, true>;
+
+QString DefaultSchemasKey()
+{
+    return QLatin1String("Own/") + HF::LPropertyID::GetPropertyName(PROP_SEARCH_PATH);
+}
+
+/// The engine has no name for a database in memory, its path argument may have.
+QString DisplayName(const orbDuckDB_Database::Engine& engine, const QString& path)
+{
+    const QString enginePath = engine ? KernelText::ToQString(engine->get_Path()) : path;
+    if (enginePath == QLatin1String(":memory:") && path != enginePath)
+        return path;
+    const QFileInfo file(enginePath);
+    const QString name = file.baseName();
+    return name.isEmpty() ? file.fileName() : name;
+}
+
+template <class Body>
+HF::LLazy<QList<HF::LIdent>, false> IdentsBody(orbDuckDB_Database* database, Body query)
+{
+    return HF::LLazy<QList<HF::LIdent>, false>::FromBody([weak = rc::Weak<orbDuckDB_Database>(database), query] {
+        const rc::Ptr<orbDuckDB_Database> alive = weak.lock();
+        if (!alive)
+            return QList<HF::LIdent>();
+        return ReadIdents(alive->SqlSelect(query(), HF::QUERY_SILENT_ERROR, {}, HF::CURSOR_CLIENT,
+                                           HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD));
+    });
+}
+
+/// Brackets the kernel use of a worker of the thread pool.
+class KernelThread
+{
+public:
+    KernelThread() { nub::OrbisThreadInit(); }
+    ~KernelThread() { nub::OrbisThreadShutDown(); }
+};
+
+} // namespace
+
+rc::Ref<HF::LDatabase> MakeDatabase(const rc::Ref<HF::I_LConnection>& connection,
+                                    const orbDuckDB_Database::Engine& engine,
+                                    const orbDuckDB_Database::EngineLazy& handle, int storageKind, const QString& path)
+{
+    return rc::make<orbDuckDB_Database>(connection, engine, handle, storageKind, path);
+}
+
+orbDuckDB_Database::orbDuckDB_Database(const rc::Ref<HF::I_LConnection>& connection, const Engine& engine,
+                                       const EngineLazy& handle, int storageKind, const QString& path)
+    : LDatabase(connection, path), m_engine(handle),
+      m_storageKind(IsInMemoryLocation(path) ? int(InMemory) : storageKind)
+{
+    AddChildList(rc::make<orbDuckDB_SchemasList>(rc::self<HF::I_LSchemaObject>(this)));
+    AssignName(DisplayName(engine, path));
+    const QVariant defaultSchemas = get_ExternalProperty(DefaultSchemasKey(), QVariant());
+    if (defaultSchemas.isValid())
+        orbDuckDB_Database::ApplyPropertyValue(PROP_SEARCH_PATH, defaultSchemas.toStringList()).Force();
+    InitVirtualLinks();
+}
+
+orbDuckDB_Database::~orbDuckDB_Database() = default;
+
+// Properties
+
+std::optional<QStringList> orbDuckDB_Database::get_SearchPathCache() const
+{
+    const std::lock_guard guard(m_searchPathMutex);
+    return m_searchPathCache;
+}
+
+void orbDuckDB_Database::put_SearchPathCache(const std::optional<QStringList>& names)
+{
+    const std::lock_guard guard(m_searchPathMutex);
+    m_searchPathCache = names;
+}
+
+void orbDuckDB_Database::NotifyPropertyChanged(int id)
+{
+    if (id == PROP_SEARCH_PATH)
+        put_SearchPathCache(std::nullopt);
+    LDatabase::NotifyPropertyChanged(id);
+}
+
+BoolLazy orbDuckDB_Database::ApplyPropertyValue(int id, const HF::LVariant& value)
+{
+    const BoolLazy applied = LDatabase::ApplyPropertyValue(id, value);
+    if (id != PROP_SEARCH_PATH)
+        return applied;
+    const auto keep = [weak = rc::Weak<orbDuckDB_Database>(this), value](bool done) {
+        const rc::Ptr<orbDuckDB_Database> database = weak.lock();
+        if (done && database) {
+            database->put_SearchPathCache(std::nullopt);
+            database->put_ExternalProperty(DefaultSchemasKey(), value.ToStringList()).Force();
+        }
+        return done;
+    };
+    if (applied.IsResolved())
+        return keep(applied.Force());
+    return applied.Map(keep);
+}
+
+BoolLazy orbDuckDB_Database::UpdatePropertyImpl(int id)
+{
+    if (id == PROP_SEARCH_PATH) {
+        const QString text =
+            HF::EvaluateSQL(rc::self<HF::I_LDatabase>(this), QString::fromLatin1(Queries::SearchPath)).value_or(QString());
+        QStringList names;
+        if (!text.isEmpty())
+            names = text.split(u',');
+        names.removeDuplicates();
+        AssignPropertyValue(PROP_SEARCH_PATH, names);
+        put_SearchPathCache(std::nullopt);
+        return true;
+    }
+    if (id == PROP_PATH) {
+        AssignPropertyValue(PROP_PATH, get_Path());
+        SetPropertyFlag(PROP_PATH, HF::PROPERTY_HIDDEN, get_Path().isEmpty());
+        return true;
+    }
+    return LDatabase::UpdatePropertyImpl(id);
+}
+
+HF::LLazy<QString, false> orbDuckDB_Database::get_Icon() const
+{
+    const rc::Ptr<HF::I_LConnection> connection = get_Connection();
+    if (connection && connection->get_IsFileBased() && m_storageKind != OnDisk)
+        return QStringLiteral(":/icons/office-database.svg\n:/icons/sign-clock.svg");
+    return QStringLiteral(":/icons/office-database.svg");
+}
+
+rc::Ref<HF::I_LSqlQuery> orbDuckDB_Database::MakeSqlQuery()
+{
+    return rc::make<orbDuckDB_SqlQuery>(get_Connection(), rc::self<HF::I_LDatabase>(this), m_engine.Force());
+}
+
+HF::LLazy<QList<HF::LIdent>, false> orbDuckDB_Database::FetchIdents()
+{
+    return IdentsBody(this, [] {
+        static const QString text = QString::fromLatin1(Queries::Idents);
+        return text;
+    });
+}
+
+HF::LLazy<QList<HF::LIdent>, false> orbDuckDB_Database::FetchSystemIdents()
+{
+    return IdentsBody(this, [] {
+        static const QString text = QString::fromLatin1(
+            EngineVersionNumber() < 10200 ? Queries::SystemIdents : Queries::SystemIdentsSince102);
+        return text;
+    });
+}
+
+// Open, closed, gone
+
+BoolLazy orbDuckDB_Database::Open()
+{
+    const auto isOpen = [](const Engine& engine) { return bool(engine); };
+    return m_engine.IsResolved() ? BoolLazy(isOpen(m_engine.Force())) : m_engine.MapAs<true>(isOpen);
+}
+
+BoolLazy orbDuckDB_Database::get_IsReadOnly() const
+{
+    const auto isReadOnly = [](const Engine& engine) { return !engine || engine->IsReadOnly(); };
+    return m_engine.IsResolved() ? BoolLazy(isReadOnly(m_engine.Force())) : m_engine.MapAs<true>(isReadOnly);
+}
+
+/// The parent's list lets the database go; without a parent it cuts its ties itself.
+void orbDuckDB_Database::LeaveParent()
+{
+    const rc::Ref<HF::LTreeItem> self = rc::self<HF::LTreeItem>(this);
+    if (const rc::Ptr<HF::LTreeItem> parent = get_ParentObject())
+        parent->DeleteChild(self);
+    if (!IsDetached())
+        Detach();
+}
+
+BoolLazy orbDuckDB_Database::Close()
+{
+    return BoolLazy::FromBody([weak = rc::Weak<orbDuckDB_Database>(this)] {
+        const rc::Ptr<orbDuckDB_Database> database = weak.lock();
+        return database && database->CloseNow();
+    });
+}
+
+bool orbDuckDB_Database::CloseNow()
+{
+    MarkClosing();
+    if (m_storageKind != OnDisk)
+        DeleteSettings();
+    DetachObservers();
+    NotifyScriptWatchers(HF::SCRIPT_EVENT_CLOSING);
+    if (!m_engine.IsResolved())
+        return true;
+    try {
+        if (const Engine engine = m_engine.Force())
+            engine->Close();
+    } catch (...) {
+        return false;
+    }
+    LeaveParent();
+    return true;
+}
+
+BoolLazy orbDuckDB_Database::ThrowOut()
+{
+    return BoolLazy::FromBody([weak = rc::Weak<orbDuckDB_Database>(this)] {
+        const rc::Ptr<orbDuckDB_Database> database = weak.lock();
+        return database && database->ThrowOutNow();
+    });
+}
+
+bool orbDuckDB_Database::ThrowOutNow()
+{
+    MarkClosing();
+    DetachObservers();
+    NotifyScriptWatchers(HF::SCRIPT_EVENT_CLOSING);
+    const rc::Ptr<HF::I_LConnection> connection = get_Connection();
+    bool done = false;
+    if (const Engine engine = m_engine.Force()) {
+        try {
+            if (engine->IsOpen())
+                engine->Close();
+            if (m_storageKind == OnDisk)
+                engine->ThrowOut();
+            done = true;
+        } catch (const nub::xException& failure) {
+            HF::LogError(KernelText::ToQString(failure.get_Message()));
+        }
+        if (done) {
+            DeleteSchemaCache();
+            DeleteSettings();
+            HF::AppCtrlInstance().DropDatabase(rc::self<HF::I_LDatabase>(this));
+            if (connection && connection->get_IsFileBased())
+                if (const rc::Ptr<HF::LRecentsList> recents = connection->get_RecentDatabases())
+                    recents->DeleteRecentByData(get_Path());
+        }
+    }
+    LeaveParent();
+    if (connection)
+        connection->UpdateChildObjectsLater(HF::TYPE_DATABASE);
+    return done;
+}
+
+HF::LLazy<void, true> orbDuckDB_Database::Flush()
+{
+    const std::lock_guard guard(m_flushMutex);
+    if (m_flushTask.IsResolved()) {
+        m_flushTask = HF::LLazy<void, true>::FromBody([weak = rc::Weak<orbDuckDB_Database>(this)] {
+            if (const rc::Ptr<orbDuckDB_Database> database = weak.lock())
+                database->SqlQuery(QString::fromLatin1(EngineVersionNumber() < 10100 ? Queries::Checkpoint
+                                                                                     : Queries::CheckpointSince101),
+                                   HF::QUERY_SILENT_ERROR, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC,
+                                   HF::CURSOR_FORWARD);
+        });
+        QThreadPool::globalInstance()->start([task = m_flushTask] {
+            const KernelThread bracket;
+            task.Force();
+        });
+    }
+    return m_flushTask;
+}
+
+bool orbDuckDB_Database::Backup(const QString& folder)
+{
+    const Engine engine = m_engine.Force();
+    if (!engine)
+        return false;
+    try {
+        engine->Backup(KernelText::ToLocation(folder));
+        return true;
+    } catch (const nub::xException& failure) {
+        HF::LogError(KernelText::ToQString(failure.get_Message()));
+        return false;
+    }
+}
