@@ -5,6 +5,8 @@
 #include "hf/recents.h"
 #include "weft/prompter.h"
 
+#include <QPalette>
+#include <QFile>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -97,6 +99,19 @@ QString GetFactoryTypeNameTranslated(ELConnectionFactoryId id)
     return id == FACTORY_DUCKDB ? QObject::tr("DuckDB Files") : QString();
 }
 
+namespace {
+
+/// Icons for a dark window stand under ":/dark", where there are any.
+QString ForPalette(const QString& path, bool dark)
+{
+    if (!dark || !path.startsWith(QLatin1String(":/")))
+        return path;
+    const QString variant = QStringLiteral(":/dark") + path.mid(1);
+    return QFile::exists(variant) ? variant : path;
+}
+
+} // namespace
+
 QIcon LoadCachedIcon(const QString& path)
 {
     // Icons do not outlive the application object: they may hold pixmaps.
@@ -106,15 +121,18 @@ QIcon LoadCachedIcon(const QString& path)
         cache->clear();
         owner = QCoreApplication::instance();
     }
-    const auto known = cache->constFind(path);
+    const bool dark = qobject_cast<QGuiApplication*>(QCoreApplication::instance())
+                      && QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    const QString key = dark ? u'!' + path : path;
+    const auto known = cache->constFind(key);
     if (known != cache->constEnd())
         return *known;
-    const QString base = path.section(u'\n', 0, 0);
-    const QString overlay = path.section(u'\n', 1, 1);
+    const QString base = ForPalette(path.section(u'\n', 0, 0), dark);
+    const QString overlay = ForPalette(path.section(u'\n', 1, 1), dark);
     QIcon icon = base.isEmpty() ? QIcon() : QIcon(base);
     if (!overlay.isEmpty() && qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
         icon = WithOverlay(icon, QIcon(overlay));
-    cache->insert(path, icon);
+    cache->insert(key, icon);
     return icon;
 }
 

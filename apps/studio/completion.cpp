@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/completion.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+/// More than a person would look through.
+constexpr int MostWords = 2000;
+
+bool IsNamePart(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'_' || c == u'$';
+}
+
+QString Unquoted(QString name)
+{
+    if (name.size() >= 2 && name.startsWith(u'"') && name.endsWith(u'"'))
+        return name.mid(1, name.size() - 2).replace(QLatin1String("\"\""), QLatin1String("\""));
+    return name;
+}
+
+QString Written(const QString& name)
+{
+    bool plain = !name.isEmpty() && !name.front().isDigit();
+    for (const QChar c : name)
+        plain = plain && IsNamePart(c);
+    return plain ? name : u'"' + QString(name).replace(u'"', QLatin1String("\"\"")) + u'"';
+}
+
+/// The dotted path that ends at `end` (behind its last dot), outermost first.
+QStringList PathBefore(const QString& text, int end)
+{
+    QStringList path;
+    while (end > 0 && text[end - 1] == u'.') {
+        --end;
+        int start = end;
+        if (start > 0 && text[start - 1] == u'"') {
+            start = int(text.lastIndexOf(u'"', start - 2));
+            if (start < 0)
+                break;
+        } else {
+            while (start > 0 && IsNamePart(text[start - 1]))
+                --start;
+        }
+        if (start == end)
+            break;
+        path.prepend(Unquoted(text.mid(start, end - start)));
+        end = start;
+    }
+    return path;
+}
+
+/// The table's path that stands for an alias; empty when the name is no alias.
+QStringList ResolveAlias(const QString& statement, const QString& alias)
+{
+    static const QString name = QStringLiteral(R"((?:"(?:[^"]|"")*"|[\p{L}_][\p{L}\p{N}_$]*))");
+    static const QRegularExpression pattern(
+        QStringLiteral(R"((?:\bFROM|\bJOIN|\bUPDATE|\bINTO|,)\s*(%1(?:\s*\.\s*%1)*)\s+(?:AS\s+)?(%1))").arg(name),
+        QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression part(name, QRegularExpression::UseUnicodePropertiesOption);
+    auto matches = pattern.globalMatch(statement);
+    while (matches.hasNext()) {
+        const auto match = matches.next();
+        if (Unquoted(match.captured(2)).compare(alias, Qt::CaseInsensitive) != 0)
+            continue;
+        QStringList path;
+        auto parts = part.globalMatch(match.captured(1));
+        while (parts.hasNext())
+            path.append(Unquoted(parts.next().captured()));
+        return path;
+    }
+    return {};
+}
+
+bool SameName(const QString& a, const QString& b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+/// True when the ident lies directly below the path: its elements before the
+/// last end with the path's names.
+bool IsBelow(const HF::LIdent& ident, const QStringList& path)
+{
+    const auto& elements = ident.get_Elements();
+    const qsizetype parents = elements.size() - 1;
+    if (parents < path.size() || path.isEmpty())
+        return false;
+    for (qsizetype i = 0; i < path.size(); ++i)
+        if (!SameName(elements[parents - path.size() + i].name, path[i]))
+            return false;
+    return true;
+}
+
+void Add(QStringList& list, const QString& word, const QString& prefix)
+{
+    if (word.startsWith(prefix, Qt::CaseInsensitive))
+        list.append(word);
+}
+
+} // namespace
+
+Completion CompleteAt(const QString& statement, int position, const CompletionWords& words)
+{
+    position = qBound(0, position, int(statement.size()));
+    int start = position;
+    while (start > 0 && IsNamePart(statement[start - 1]))
+        --start;
+    const QString prefix = statement.mid(start, position - start);
+
+    Completion result;
+    result.prefixLength = position - start;
+    const QStringList path = PathBefore(statement, start);
+    if (!path.isEmpty()) {
+        QStringList target = path;
+        if (path.size() == 1)
+            if (const QStringList table = ResolveAlias(statement, path.first()); !table.isEmpty())
+                target = table;
+        // A catalogue in front of the schema is not part of the idents.
+        while (target.size() > 2)
+            target.removeFirst();
+        for (const HF::LIdent& ident : words.idents)
+            if (IsBelow(ident, target))
+                Add(result.words, Written(ident.get_Name()), prefix);
+    } else {
+        for (const HF::LIdent& ident : words.idents)
+            Add(result.words, Written(ident.get_Name()), prefix);
+        for (const QString& keyword : words.keywords)
+            Add(result.words, keyword.toUpper(), prefix);
+        for (const QString& function : words.functions)
+            Add(result.words, function, prefix);
+    }
+    result.words.sort(Qt::CaseInsensitive);
+    result.words.removeDuplicates();
+    if (result.words.size() > MostWords)
+        result.words.resize(MostWords);
+    return result;
+}

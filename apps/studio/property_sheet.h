@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "hf/database_object.h"
+
+#include <QTreeWidget>
+
+/// The properties of one object, by category. Hidden ones stay out; those that
+/// cost a query are read in the background. A double click on a text of SQL
+/// opens it whole.
+class PropertySheet : public QTreeWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PropertySheet(QWidget* parent = nullptr);
+    ~PropertySheet() override;
+    void ShowObject(const rc::Ptr<HF::LTreeItem>& item);
+
+private:
+    class Watcher;
+    void Fill();
+    void Update(int property);
+    void ReadComputed();
+
+    rc::Ptr<HF::LDatabaseObject_Impl> m_object;
+    rc::Ptr<Watcher> m_watcher;
+};

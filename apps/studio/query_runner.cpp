@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "studio/query_runner.h"
+
+#include "hf/background.h"
+
+#include <QElapsedTimer>
+
+QueryRunner::QueryRunner(const rc::Ref<HF::I_LDatabase>& database, QObject* parent)
+    : QObject(parent), m_database(database)
+{
+}
+
+bool QueryRunner::Run(const QString& text)
+{
+    const rc::Ptr<HF::I_LDatabase> database = m_database.lock();
+    if (m_running || !database)
+        return false;
+    m_running = true;
+    const rc::Ref<HF::I_LSqlQuery> query = database->MakeSqlQuery();
+    query->SetInterruptible(true);
+    m_query = query;
+    emit Started();
+    HF::RunInBackground(
+        [query, text] {
+            QElapsedTimer timer;
+            timer.start();
+            QList<HF::LQueryResult> results = query->Execute(text, HF::QUERY_DEFAULT, {});
+            return QPair(results, timer.elapsed());
+        },
+        this,
+        [this, database](const QPair<QList<HF::LQueryResult>, qint64>& outcome) {
+            m_running = false;
+            m_query.reset();
+            emit Finished(outcome.first, outcome.second);
+        });
+    return true;
+}
+
+void QueryRunner::Stop()
+{
+    if (m_query)
+        m_query->Interrupt();
+}
