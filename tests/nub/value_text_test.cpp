@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace nub::test {
 namespace {
 
@@ -195,6 +197,8 @@ protected:
         engine.Run("SET TimeZone = 'UTC'");
         if (GetParam().optional && !engine.Accepts("SELECT NULL::" + std::string(GetParam().type)))
             GTEST_SKIP() << "this engine has no such type";
+        if (IsOldEngine() && GetParam().name == std::string("TimestampNs"))
+            GTEST_SKIP() << "the engine's own cast breaks on fractions before 1970";
     }
     EngineSession engine;
 };
