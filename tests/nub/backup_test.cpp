@@ -109,6 +109,38 @@ TEST(Backup, OfAFileEqualsTheSource)
     EXPECT_EQ(std::filesystem::file_size(folder / "to/src.duckdb"), std::filesystem::file_size(folder / "src.duckdb"));
 }
 
+TEST(Backup, BesideARowReaderOfAnotherSession)
+{
+    Folder folder;
+    const std::string path = folder / "src.duckdb";
+    const DatabasePtr database = MakeDatabase(path);
+    database->Create();
+    Script(*database, "CREATE TABLE t AS SELECT range AS i FROM range(300000)");
+    const DatabasePtr other = MakeDatabase(path);
+    other->Open();
+    std::filesystem::create_directory(folder / "to");
+    {
+        const auto reading = CursorPtr::adopt(other->SqlSelect(u"SELECT i FROM t", 1, {}));
+        ASSERT_TRUE(reading->NextRow());
+        try {
+            database->Backup(Location(folder / "to")); // neither hangs nor cuts the reader off
+        } catch (const xException& failure) {
+            EXPECT_TRUE(Has(failure.what(), "reading rows")) << failure.what();
+            database->Close(); // does not wait for the reader either
+            database->Open();
+        }
+        std::int64_t rows = 1;
+        while (reading->NextRow())
+            ++rows;
+        EXPECT_EQ(rows, 300000);
+    }
+    std::filesystem::remove_all(folder / "to/src.duckdb");
+    database->Backup(Location(folder / "to"));
+    const DatabasePtr copy = MakeDatabase(folder / "to/src.duckdb");
+    copy->Open();
+    EXPECT_EQ(Ask(*copy, "SELECT count(*) FROM t"), "300000");
+}
+
 TEST(Backup, OfMemoryEqualsTheSource)
 {
     Folder folder;

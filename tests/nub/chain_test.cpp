@@ -98,8 +98,8 @@ TEST(Chain, OpenCursorsSurviveFurtherStatements)
 TEST(Chain, ARowThatFailsEndsTheChain)
 {
     const DatabasePtr db = OpenMemory();
-    Script(*db, "CREATE TABLE big AS SELECT range AS i FROM range(3000000); CREATE TABLE log(x INTEGER)");
-    const std::string bad = "SELECT CASE WHEN i = 2900000 THEN error('boom') ELSE i::VARCHAR END FROM big";
+    Script(*db, "CREATE TABLE big AS SELECT range AS i FROM range(1000000); CREATE TABLE log(x INTEGER)");
+    const std::string bad = "SELECT CASE WHEN i = 900000 THEN error('boom') ELSE i::VARCHAR END FROM big";
     const ResultPtr first = Start(*db, bad + "; INSERT INTO log VALUES (1)");
     ASSERT_FALSE(Failed(first));
     const auto cursor = CursorPtr::adopt(first->get_Cursor());
@@ -310,7 +310,7 @@ TEST(Session, TellsHowFarAQueryIs)
 {
     const DatabasePtr db = OpenMemory();
     EXPECT_EQ(db->get_Progress(), -1);
-    Script(*db, "CREATE TABLE big AS SELECT range AS i FROM range(4000000)");
+    Script(*db, "CREATE TABLE big AS SELECT range AS i FROM range(1000000)");
     std::atomic<bool> stop{false};
     double most = -1;
     std::thread watcher([&] {

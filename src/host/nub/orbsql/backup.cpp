@@ -6,9 +6,11 @@
 #include "nub/orbsql/query.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <set>
+#include <thread>
 
 namespace nub::orbsql {
 
@@ -18,6 +20,7 @@ namespace {
 // them at its very end, and no block in use is overwritten before that.
 constexpr std::size_t HeaderBytes = 3 * 4096;
 constexpr int CopyAttempts = 5;
+constexpr std::chrono::seconds StreamPatience{5};
 constexpr char InterruptedText[] = "INTERRUPT Error: Interrupted!";
 
 /// One backup under way; takes its leftovers along when it fails.
@@ -35,6 +38,8 @@ public:
     {
         const std::string& source = m_session.FilePath();
         for (int attempt = 0;; ++attempt) {
+            if (!m_session.IsReadOnly() && CheckpointWaitsForStreams())
+                WaitForStreams();
             if (!m_session.IsReadOnly())
                 Run("CHECKPOINT " + QuotedName(m_session.DatabaseName()));
             const CopyOutcome outcome = CopyOpenFile(source, m_temporary, HeaderBytes, [this] { return IsInterrupted(); });
@@ -101,6 +106,18 @@ private:
         if (rows.failed())
             throw xException(m_session.Words(rows.error.c_str()).c_str());
         return rows;
+    }
+
+    void WaitForStreams()
+    {
+        const auto end = std::chrono::steady_clock::now() + StreamPatience;
+        while (m_session.OpenStreams() > 0) {
+            if (IsInterrupted())
+                throw xException(InterruptedText);
+            if (std::chrono::steady_clock::now() > end)
+                throw xException("Another session is reading rows of this database; back it up when that has ended");
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
     }
 
     void Finish()
@@ -199,6 +216,7 @@ void BackupDatabase(Session& session, const Location& location, const std::strin
     for (const std::string& path : {target, target + ".wal"})
         if (PathExists(path))
             throw xException(("IO Error: Cannot write the backup: \"" + path + "\" already exists").c_str());
+    session.KeepOpenRows();
     Backup backup(session, target);
     if (isFile)
         backup.CopyFile();

@@ -5,6 +5,7 @@
 #include "nub/orbsql/query.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <mutex>
 #include <vector>
 
@@ -205,9 +206,21 @@ void InstanceRef::Release() noexcept
     m_slot.reset();
 }
 
+bool InstanceRef::IsSole() const noexcept
+{
+    const std::lock_guard lock(m_slot->mutex);
+    return m_slot->sessions == 1;
+}
+
 Instance* InstanceRef::operator->() const noexcept { return m_slot->instance.get(); }
 
 const std::string& InstanceRef::FilePath() const noexcept { return m_slot->path; }
+
+bool CheckpointWaitsForStreams()
+{
+    int major = 0, minor = 0;
+    return std::sscanf(duckdb_library_version(), "v%d.%d", &major, &minor) == 2 && major == 1 && minor < 5;
+}
 
 bool IsPathOpen(const std::string& path) { return registry().IsOpen(path); }
 

@@ -28,6 +28,8 @@ struct Instance
     OpenOptions options;
     /// Rises whenever a session changes settings, so that the others read theirs again.
     std::atomic<std::uint64_t> settingsGeneration{1};
+    /// Results of all sessions that the engine still computes while they are read.
+    std::atomic<int> openStreams{0};
 };
 
 /// Share of one session in an instance. Sessions on one file, however its path
@@ -48,6 +50,8 @@ public:
 
     Instance* operator->() const noexcept;
     explicit operator bool() const noexcept { return m_slot != nullptr; }
+    /// True when no other session shares the instance.
+    bool IsSole() const noexcept;
     /// Canonical path of the file; empty for other kinds.
     const std::string& FilePath() const noexcept;
 
@@ -57,6 +61,10 @@ private:
     explicit InstanceRef(std::shared_ptr<Slot> slot) noexcept : m_slot(std::move(slot)) {}
     std::shared_ptr<Slot> m_slot;
 };
+
+/// Engines before 1.5 wait in CHECKPOINT, for ever and deaf to interrupts, until
+/// no stream reads a table.
+bool CheckpointWaitsForStreams();
 
 /// True when an instance of this process has the file open, as its own or attached.
 bool IsPathOpen(const std::string& path);

@@ -12,13 +12,25 @@ Rows::Rows(std::shared_ptr<Session> session, std::uint64_t text, std::unique_ptr
 {
     if (first)
         m_kept.push_back(std::move(first));
+    m_streaming = duckdb_result_is_streaming(m_result->get());
+    if (m_streaming)
+        ++m_session->OpenStreams();
     m_session->Attach(this);
 }
 
 Rows::~Rows()
 {
     m_session->Detach(this);
-    m_reader.reset();
+    EndResult();
+}
+
+void Rows::EndResult() noexcept
+{
+    if (!m_result)
+        return;
+    m_result.reset();
+    if (m_streaming)
+        --m_session->OpenStreams();
 }
 
 bool Rows::NextChunk()
@@ -54,7 +66,7 @@ void Rows::DropHandles() noexcept
     m_dropped = true;
     Show({});
     m_kept.clear();
-    m_result.reset();
+    EndResult();
     m_hold.Release();
 }
 
@@ -67,7 +79,7 @@ void Rows::Fetch()
     }
     if (const char* error = duckdb_result_error(&m_result->get()); error && *error)
         m_error = m_session->Words(error);
-    m_result.reset();
+    EndResult();
     if (!m_error.empty())
         m_session->FailText(m_text);
 }

@@ -23,12 +23,14 @@ public:
     /// Rows of the current chunk.
     idx_t Size() const noexcept { return m_size; }
 
+    bool IsStreaming() const noexcept { return m_streaming; }
     /// Reads all that is left into memory. A failure waits for NextChunk.
     void Keep() noexcept;
     void DropHandles() noexcept override;
 
 private:
     void Fetch();
+    void EndResult() noexcept;
     void Show(ChunkHandle chunk);
 
     const std::shared_ptr<Session> m_session;
@@ -41,6 +43,7 @@ private:
     ChunkHandle m_current;
     idx_t m_size = 0;
     std::string m_error;
+    bool m_streaming = false;
     bool m_dropped = false;
 };
 

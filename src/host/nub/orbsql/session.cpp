@@ -120,9 +120,10 @@ void Session::Close() noexcept
         if (m_inTransaction)
             RunQuery(m_connection.get(), "ROLLBACK");
         // A file that needs no replay opens under any circumstances; where the
-        // engine refuses, the log stays and is replayed by the next open.
+        // engine refuses, the log stays and is replayed by the next open. Other
+        // sessions may be reading, and the last of them does it.
         struct stat info;
-        if (!m_readOnly && !m_filePath.empty() && ::stat(m_walPath.c_str(), &info) == 0 && info.st_size > 0)
+        if (m_instance.IsSole() && !m_readOnly && !m_filePath.empty() && ::stat(m_walPath.c_str(), &info) == 0 && info.st_size > 0)
             RunQuery(m_connection.get(), "CHECKPOINT " + QuotedName(m_databaseName));
     }
     ConnectionHandle connection;
@@ -278,9 +279,8 @@ Outcome Session::Collect(std::unique_ptr<ResultHandle> result, duckdb_statement_
         if (!first)
             return outcome; // "done" in the shape of a result
     }
-    const bool streaming = duckdb_result_is_streaming(raw);
     outcome.rows = std::make_shared<Rows>(shared_from_this(), mark.id, std::move(result), m_settings, std::move(first));
-    if (streaming)
+    if (outcome.rows->IsStreaming())
         m_openRows = outcome.rows;
     return outcome;
 }

@@ -88,6 +88,12 @@ public:
     void FailText(std::uint64_t id) noexcept;
     bool HasFailed(std::uint64_t id) const noexcept { return m_failedText == id; }
 
+    /// Reads what is left of an open result into memory: the next statement
+    /// would cut it off.
+    void KeepOpenRows() noexcept;
+    /// The count of results that are being streamed, in all sessions of the instance.
+    std::atomic<int>& OpenStreams() const noexcept { return m_instance->openStreams; }
+
     /// An engine's text as it may be shown: without the access token.
     std::string Words(const char* text) const;
 
@@ -99,9 +105,6 @@ private:
 
     Session(InstanceRef instance, std::string token);
     void ReadFacts(const Location& location);
-    /// Reads what is left of an open result into memory: the next statement
-    /// would cut it off.
-    void KeepOpenRows() noexcept;
     Transaction ProbeTransaction() noexcept;
     void FollowTransaction(const TextMark& mark, std::optional<TransactionWord> word, bool succeeded) noexcept;
     void ReadSettings() noexcept;
