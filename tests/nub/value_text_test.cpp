@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <thread>
 
 namespace nub::test {
 namespace {
@@ -277,6 +278,38 @@ TEST(ValueTextColumns, LargeEnumsAndManyColumns)
         reader.SetChunk(nullptr);
     }
     EXPECT_EQ(i, 5000);
+}
+
+TEST(ValueTextThreads, SessionsFormatBesideOneAnother)
+{
+    // All share the private database, each with a zone of its own.
+    const char* const zones[] = {"UTC", "Asia/Kathmandu", "America/New_York"};
+    std::vector<std::string> wrong(std::size(zones));
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < std::size(zones); ++i)
+        threads.emplace_back([&, i] {
+            EngineSession engine;
+            engine.Run(std::string("SET TimeZone = '") + zones[i] + "'");
+            for (int round = 0; round < 20; ++round) {
+                ResultHandle result;
+                engine.Run("SELECT x, x::VARCHAR FROM (SELECT {'t': TIMESTAMPTZ '2024-07-01 12:00:00+00'} AS x "
+                           "FROM range(3000))", result);
+                RowReader reader(result.get(), engine.Settings());
+                while (const ChunkHandle chunk = FetchChunk(result)) {
+                    reader.SetChunk(chunk.get());
+                    for (idx_t row = 0; row < duckdb_data_chunk_get_size(chunk.get()); ++row) {
+                        const auto text = smart_ptr<I_Value>::adopt(reader.Read(0, row))->get_String().ToUtf8();
+                        if (text != *EngineSession::Cell(chunk.get(), 1, row))
+                            wrong[i] = text;
+                    }
+                    reader.SetChunk(nullptr);
+                }
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::string& text : wrong)
+        EXPECT_EQ(text, "");
 }
 
 TEST(ValueKinds, EachTypeHasItsKernelType)
