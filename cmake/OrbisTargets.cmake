@@ -1,6 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # One function for each kind of target. A leaf file only lists its sources.
 
+# The sanitizers' own functions come with the program only.
+if(NOT ORBIS_SANITIZE)
+  set(ORBIS_NO_UNDEFINED -Wl,--no-undefined)
+endif()
+
 # orbis_folder(NAME SOURCES ... [LINK ...] [DEFINE ...] [PCH header] [MOC])
 # An object library of one folder.
 function(orbis_folder name)
@@ -29,7 +34,7 @@ function(orbis_library name)
   endforeach()
   target_include_directories(${name} INTERFACE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/src/host)
   target_link_libraries(${name} PUBLIC ${A_LINK} PRIVATE ${A_PRIVATE})
-  target_link_options(${name} PRIVATE $<$<NOT:$<BOOL:${ORBIS_SANITIZE}>>:-Wl,--no-undefined>)
+  target_link_options(${name} PRIVATE ${ORBIS_NO_UNDEFINED})
   set_target_properties(${name} PROPERTIES OUTPUT_NAME ${A_OUTPUT} BUILD_RPATH "$ORIGIN" LINKER_LANGUAGE CXX)
 endfunction()
 
@@ -43,7 +48,7 @@ function(orbis_plugin name)
   target_link_libraries(${name} PRIVATE ${A_LINK})
   target_link_options(${name} PRIVATE
     -Wl,--no-as-needed -Wl,--version-script=${A_EXPORTS}
-    $<$<NOT:$<BOOL:${ORBIS_SANITIZE}>>:-Wl,--no-undefined>)
+    ${ORBIS_NO_UNDEFINED})
   set_target_properties(${name} PROPERTIES
     PREFIX "" OUTPUT_NAME ${A_OUTPUT} LINK_DEPENDS ${A_EXPORTS} LINKER_LANGUAGE CXX
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin
