@@ -38,7 +38,8 @@ bool IsPlainName(const QString& name)
         return false;
     for (const QChar c : name) {
         const char16_t unit = c.unicode();
-        const bool plain = unit >= 128 || (unit >= '0' && unit <= '9') || (unit >= 'a' && unit <= 'z')
+        // Beyond ASCII there are blanks, which the engine takes for blanks.
+        const bool plain = (unit >= 128 && c.isLetterOrNumber()) || (unit >= '0' && unit <= '9') || (unit >= 'a' && unit <= 'z')
                            || (unit >= 'A' && unit <= 'Z') || unit == '_' || unit == '$';
         if (!plain)
             return false;

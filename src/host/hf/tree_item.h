@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "hf/action.h"
 #include "hf/enums.h"
 #include "hf/lazy.h"
 #include "hf/rc_list.h"

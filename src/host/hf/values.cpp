@@ -469,8 +469,8 @@ rc::Ref<I_LSqlValue> LValueDecimal::CreateEmpty(bool isNull) const
 
 // LValueDate
 
-LValueDate::LValueDate(QDate date, bool isNull)
-    : LValueString(date.toString(Qt::ISODate), isNull), m_julianDay(date.toJulianDay())
+LValueDate::LValueDate(QDate date)
+    : LValueString(date.toString(Qt::ISODate)), m_julianDay(date.toJulianDay())
 {
 }
 
@@ -500,8 +500,8 @@ rc::Ref<I_LSqlValue> LValueDate::CreateEmpty(bool isNull) const
 
 // LValueTime
 
-LValueTime::LValueTime(QTime time, bool isNull)
-    : LValueString(time.toString(time.msec() ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss")), isNull),
+LValueTime::LValueTime(QTime time)
+    : LValueString(time.toString(time.msec() ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss"))),
       m_time(time)
 {
 }
@@ -532,10 +532,9 @@ rc::Ref<I_LSqlValue> LValueTime::CreateEmpty(bool isNull) const
 
 // LValueDateTime
 
-LValueDateTime::LValueDateTime(const QDateTime& value, bool isNull)
+LValueDateTime::LValueDateTime(const QDateTime& value)
     : LValueString(value.toString(value.time().msec() ? QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")
-                                                      : QStringLiteral("yyyy-MM-dd HH:mm:ss")),
-                   isNull),
+                                                      : QStringLiteral("yyyy-MM-dd HH:mm:ss"))),
       m_value(value)
 {
 }
@@ -583,7 +582,9 @@ rc::Ref<I_LSqlValue> LValueDateTime::FromString(const QString& text) const
 
 rc::Ref<I_LSqlValue> LValueDateTime::CreateEmpty(bool isNull) const
 {
-    return rc::make<LValueDateTime>(isNull ? QDateTime() : QDateTime(QDate(1970, 1, 1), QTime(0, 0), Qt::UTC), isNull);
+    if (isNull)
+        return rc::make<LValueDateTime>(QDateTime(), std::u16string_view(), true);
+    return rc::make<LValueDateTime>(QDateTime(QDate(1970, 1, 1), QTime(0, 0), Qt::UTC));
 }
 
 // LValueSqlExpression

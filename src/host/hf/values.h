@@ -267,7 +267,7 @@ private:
 class HF_EXPORT LValueDate final : public LValueString
 {
 public:
-    explicit LValueDate(QDate date, bool isNull = false);
+    explicit LValueDate(QDate date);
     LValueDate(QDate date, std::u16string_view text, bool isNull = false)
         : LValueString(text, isNull), m_julianDay(date.toJulianDay())
     {
@@ -290,7 +290,7 @@ private:
 class HF_EXPORT LValueTime final : public LValueString
 {
 public:
-    explicit LValueTime(QTime time, bool isNull = false);
+    explicit LValueTime(QTime time);
     LValueTime(QTime time, std::u16string_view text, bool isNull = false) : LValueString(text, isNull), m_time(time) {}
 
     /// "HH:MM", "HH:MM:SS" or with a fraction of any number of digits, which is
@@ -311,7 +311,7 @@ private:
 class HF_EXPORT LValueDateTime final : public LValueString
 {
 public:
-    explicit LValueDateTime(const QDateTime& value, bool isNull = false);
+    explicit LValueDateTime(const QDateTime& value);
     LValueDateTime(const QDateTime& value, std::u16string_view text, bool isNull = false)
         : LValueString(text, isNull), m_value(value)
     {
