@@ -54,6 +54,16 @@ const std::vector<CommandSpec>& Commands()
         {QStringLiteral("idents"), QStringLiteral("DATABASE [--system] [--json]"),
          QObject::tr("Lists the names that a completion knows."), 1, 1,
          {{QStringLiteral("system"), {}, {}, QObject::tr("those of the engine itself instead")}, json()}, RunIdents},
+        {QStringLiteral("tree"), QStringLiteral("DATABASE [PATH] [options]"),
+         QObject::tr("Shows the catalogue: schemas, tables, columns and all else, with their properties.\n"
+                     "PATH is schema/name/..., each name with its kind and a colon in front where that\n"
+                     "is needed (table:orders) and in double quotes where it holds \"/\" or \":\"."),
+         1, 2,
+         {{QStringLiteral("depth"), {}, QStringLiteral("N"), QObject::tr("levels below the start; all without it")},
+          {QStringLiteral("computed"), {}, {}, QObject::tr("also the properties that cost a query each")},
+          {QStringLiteral("system"), {}, {}, QObject::tr("also what is in the system schemas")},
+          json()},
+         RunTree},
     };
     return commands;
 }

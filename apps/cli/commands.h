@@ -24,5 +24,6 @@ int RunCreate(const CommandLine& line);
 int RunProbe(const CommandLine& line);
 int RunBackup(const CommandLine& line);
 int RunIdents(const CommandLine& line);
+int RunTree(const CommandLine& line);
 
 } // namespace orbis

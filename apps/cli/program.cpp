@@ -82,7 +82,12 @@ int RunProgram(int argc, char** argv)
     }
     if (line.Has(QStringLiteral("settings")))
         uik::SetSettingsFile(line.Value(QStringLiteral("settings")));
-    return line.command->run(line);
+    try {
+        return line.command->run(line);
+    } catch (const std::exception& error) {
+        console.Error(QString::fromUtf8(error.what()));
+        return ExitRefused;
+    }
 }
 
 } // namespace orbis
