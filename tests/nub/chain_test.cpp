@@ -198,7 +198,7 @@ TEST(Transactions, FailingScriptThrowsAndLeavesNone)
 
 namespace {
 
-const char* const Endless = "SELECT count(*) FROM range(100000000) a(i), range(100000) b(j) WHERE hash(i + j) % 7 = 9";
+const char* const Endless = "SELECT count(*) FROM range(1000000000000) r(i) WHERE hash(i) % 7 = 9";
 
 /// Interrupts again and again until told to stop, since the statement may not have begun.
 class Interrupter
