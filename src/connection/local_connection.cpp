@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "connection/local_connection.h"
 
+#include "connection/connection_prefs_widget.h"
 #include "connection/location.h"
 #include "connection/makers.h"
-#include "connection/prefs_widget.h"
 #include "connection/recent_databases.h"
 #include "engine/engine.h"
 #include "engine/engine_version.h"
@@ -54,8 +54,9 @@ orbDuckDB_LocalConnection::orbDuckDB_LocalConnection(const rc::Ref<orbDuckDB_Loc
     : HF::LConnection(factory, handler), m_handler(handler)
 {
     const auto self = rc::self(this);
-    m_databases = rc::make<HF::LConnectionDatabasesList>(DatabasesListInfo(), self);
-    AddChildList(rc::Ref(m_databases));
+    const auto databases = rc::make<HF::LConnectionDatabasesList>(DatabasesListInfo(), self);
+    m_databases = databases;
+    AddChildList(databases);
     AssignName(DisplayName());
     m_parameters = handler->GetParameters();
     m_parameters.HostName = "localhost";
@@ -68,9 +69,10 @@ orbDuckDB_LocalConnection::orbDuckDB_LocalConnection(const rc::Ref<orbDuckDB_Loc
     m_keywords = HF::LLazy<HF::LDatabaseKeywords, false>::FromBody(
         [weak] { return weak.lock() ? FetchEngineKeywords() : HF::LDatabaseKeywords(); });
 
-    m_recents = rc::make<orbDuckDB_RecentDatabases>(self);
-    HF::CheckRecentDatabasesPaths(rc::Ref<HF::LRecentsList>(rc::Ref(m_recents)));
-    m_databases->put_Actions({HF::LConnection::ActionOpenDatabase()});
+    const auto recents = rc::make<orbDuckDB_RecentDatabases>(self);
+    m_recents = recents;
+    HF::CheckRecentDatabasesPaths(recents);
+    databases->put_Actions({HF::LConnection::ActionOpenDatabase()});
     HF::AppCtrlInstance().RegisterConnection(self);
 }
 
@@ -201,7 +203,7 @@ rc::Ptr<HF::I_LDatabase> orbDuckDB_LocalConnection::RunCreateDatabase(QString na
     return database;
 }
 
-void orbDuckDB_LocalConnection::AddDatabase(const rc::Ref<HF::LDatabase>& database)
+void orbDuckDB_LocalConnection::AddDatabase(const rc::Ref<HF::I_LDatabase>& database)
 {
     m_databases->AddChildBack(database);
 }

@@ -54,7 +54,7 @@ public:
     HF::LLazy<HF::LSQLFunctions, false> get_FunctionsLazy() const override { return m_functions; }
 
     /// Hangs a database under this node.
-    void AddDatabase(const rc::Ref<HF::LDatabase>& database);
+    void AddDatabase(const rc::Ref<HF::I_LDatabase>& database);
 
 private:
     void CreateProperties(HF::LHasProperties::Properties& list);

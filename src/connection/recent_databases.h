@@ -3,6 +3,7 @@
 
 #include "hf/connection.h"
 #include "hf/recents.h"
+#include "hf/schema_item_list.h"
 
 class orbDuckDB_LocalConnection;
 

@@ -1,23 +1,49 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Ties what connections have to make to the folders that stand above them.
-#include "connection/makers.h"
-
+// Ties what lower folders have to make to the folders that stand above them.
 #include "catalog/database.h"
+#include "catalog/makers.h"
+#include "connection/makers.h"
 #include "dialogs/create_database_dialog.h"
-#include "dump/load_options_widget.h"
+#include "dump/dump_options_widget.h"
+#include "dump/load_dump_options_widget.h"
 
 namespace {
 
-rc::Ref<HF::LDatabase> MakeDatabase(const rc::Ref<HF::I_LConnection>& connection,
-                                    const orbDuckDB_Makers::Engine& engine,
-                                    const HF::LLazy<orbDuckDB_Makers::Engine, false>& handle, int storageKind,
-                                    const QString& path)
+rc::Ptr<HF::I_LDatabase> RunCreateDatabaseDialog(const rc::Ref<HF::I_LConnection>& connection)
 {
-    return rc::make<orbDuckDB_Database>(connection, engine, handle, storageKind, path);
+    orbDuckDB_DialogCreateDatabase dialog(connection);
+    return dialog.exec() == QDialog::Accepted ? dialog.get_CreatedDatabase() : rc::Ptr<HF::I_LDatabase>();
+}
+
+template <class Page>
+QPointer<QWidget> MakePage()
+{
+    return new Page();
+}
+
+bool ReadDumpOptions(QWidget& page, HF::LSQLDumpOptions& options)
+{
+    const auto* const known = qobject_cast<orbDuckDB_DumpOptionsWidget*>(&page);
+    if (known)
+        options = known->get_Options();
+    return known != nullptr;
+}
+
+bool ReadLoadOptions(QWidget& page, orbDuckDB_LoadOptions& options)
+{
+    const auto* const known = qobject_cast<orbDuckDB_LoadDumpOptionsWidget_SQL*>(&page);
+    if (known)
+        options = {known->get_MultipleStatements(), known->get_StopOnError()};
+    return known != nullptr;
 }
 
 const bool Registered = [] {
     Makers().database = MakeDatabase;
+    Makers().createDatabaseDialog = RunCreateDatabaseDialog;
+    Makers().loadDumpOptions = MakePage<orbDuckDB_LoadDumpOptionsWidget_SQL>;
+    CatalogMakers().dumpOptions = MakePage<orbDuckDB_DumpOptionsWidget>;
+    CatalogMakers().readDumpOptions = ReadDumpOptions;
+    CatalogMakers().readLoadOptions = ReadLoadOptions;
     return true;
 }();
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plugin/plugin.h"
 
+#include "connection/connection_prefs_widget.h"
 #include "connection/local_connection.h"
-#include "connection/prefs_widget.h"
 
 #include "hf/app_controller.h"
 #include "hf/services.h"

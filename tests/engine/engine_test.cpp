@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/fake_connection.h"
+#include "engine/words_connection.h"
 
 #include "engine/engine_version.h"
 #include "engine/model_registry.h"
@@ -17,9 +17,9 @@ const orbDuckDB_Engine& Engine()
     return orbDuckDB_Engine::Instance();
 }
 
-rc::Ref<FakeConnection> WithKeywords(HF::LLazy<HF::LDatabaseKeywords, false> keywords)
+rc::Ref<WordsConnection> WithKeywords(HF::LLazy<HF::LDatabaseKeywords, false> keywords)
 {
-    const auto connection = rc::make<FakeConnection>();
+    const auto connection = rc::make<WordsConnection>();
     connection->keywords = keywords;
     return connection;
 }
