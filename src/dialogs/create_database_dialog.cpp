@@ -144,7 +144,8 @@ void orbDuckDB_DialogCreateDatabase::Update()
             path += ExtensionWithDot();
         path = QDir::toNativeSeparators(path);
     }
-    m_path->setText(path);
+    if (path != m_path->text()) // the same text again would lose the selection
+        m_path->setText(path);
     HF::SetWidgetConstraints(*this);
 }
 
