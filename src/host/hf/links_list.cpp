@@ -82,19 +82,22 @@ void LLinksList::put_VirtualLinks(const QList<VirtualLink>& links)
                                     QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
 }
 
-// A list and those that show parts of it. The parent tells its children only
-// after its own lock is gone: a child that is being built builds the parent.
+// A list and those that show parts of it. The parent knows only the children
+// that have been asked for, and tells them after its own lock is gone: a child
+// that is being built builds the parent.
 
 void LSchemaItemListParent::AddChildList(const rc::Ref<LSchemaItemListChild>& list, int property, int otherProperty,
                                          const QString& name)
 {
-    {
-        std::lock_guard guard(list->m_sourceMutex);
-        list->m_source = rc::Weak<LSchemaItemListParent>(this);
-        list->m_property = property;
-        list->m_otherProperty = otherProperty;
-        list->m_filterName = name;
-    }
+    std::lock_guard guard(list->m_sourceMutex);
+    list->m_source = rc::Weak<LSchemaItemListParent>(this);
+    list->m_property = property;
+    list->m_otherProperty = otherProperty;
+    list->m_filterName = name;
+}
+
+void LSchemaItemListParent::Follow(const rc::Ref<LSchemaItemListChild>& list)
+{
     std::vector<rc::Ptr<LSchemaItemListChild>> alive; // may end when the lock is gone
     std::lock_guard guard(m_childrenMutex);
     if (m_children.size() >= m_pruneAt) {
@@ -149,6 +152,8 @@ std::optional<RcList<I_LSchemaObject>> LSchemaItemListChild::ReadItems()
         name = m_filterName;
         property = m_property;
         otherProperty = m_otherProperty;
+        if (source && !std::exchange(m_follows, true))
+            source->Follow(rc::self(this));
     }
     const rc::Ptr<I_LSchemaObject> owner = get_Owner();
     if (!source || !owner || !source->BuildList())

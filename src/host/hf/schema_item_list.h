@@ -192,6 +192,10 @@ protected:
     void AfterBuild() override;
 
 private:
+    friend class LSchemaItemListChild;
+    /// From now on the list is read again whenever this one is.
+    void Follow(const rc::Ref<LSchemaItemListChild>& list);
+
     std::mutex m_childrenMutex;
     std::vector<rc::Weak<LSchemaItemListChild>> m_children;
     std::size_t m_pruneAt = 64;
@@ -217,6 +221,7 @@ private:
 
     std::mutex m_sourceMutex;
     rc::Weak<LSchemaItemListParent> m_source;
+    bool m_follows = false;
     int m_property = -1;
     int m_otherProperty = -1;
     QString m_filterName;
