@@ -19,6 +19,12 @@ rc::Ptr<LDatabaseObject_Impl> ParentOf(const LDatabaseObject_Impl& object)
     return rc::cast<LDatabaseObject_Impl>(object.get_ParentObject());
 }
 
+/// A count that the catalogue guessed stays a guess until somebody asks for it.
+bool IsEstimate(const LProperty& property)
+{
+    return property.id == PROP_RECORD_COUNT && property.value.ToString().startsWith(QLatin1Char('~'));
+}
+
 /// One element of a settings key.
 QString KeyElement(const QString& text)
 {
@@ -365,7 +371,7 @@ LLazy<bool, true> LDatabaseObject_Impl::ReloadProperties()
     {
         std::lock_guard guard(m_propertyMutex);
         for (const LProperty& property : std::as_const(m_properties).All())
-            if (!property.value.IsEmpty())
+            if (!property.value.IsEmpty() && !IsEstimate(property))
                 known.push_back(property.id);
     }
     bool success = true;
