@@ -49,6 +49,7 @@ TEST_F(CreateDatabase, OpensWithAProposal)
     EXPECT_EQ(dialog.path()->text(), "/base/untitled.duckdb");
     EXPECT_EQ(dialog.path()->selectedText(), dialog.path()->text());
     EXPECT_EQ(dialog.button("apply")->text(), "Create");
+    dialog.window.show();
     EXPECT_TRUE(dialog.button("apply")->isDefault());
     EXPECT_EQ(dialog.form()->fieldGrowthPolicy(), QFormLayout::ExpandingFieldsGrow);
     EXPECT_TRUE(dialog.form()->isRowVisible(0));

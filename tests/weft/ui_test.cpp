@@ -214,8 +214,9 @@ TEST_F(Ui, ButtonRowsServeTheirDialog)
     auto* apply = dialog.findChild<QPushButton*>("apply");
     auto* cancel = dialog.findChild<QPushButton*>("cancel");
     ASSERT_TRUE(apply && cancel);
-    EXPECT_TRUE(apply->isDefault());
     dialog.show();
+    EXPECT_TRUE(apply->isDefault());
+    EXPECT_FALSE(cancel->isDefault());
     apply->click();
     EXPECT_TRUE(dialog.isVisible());
     cancel->click();

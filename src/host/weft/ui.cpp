@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QEvent>
 #include <QFontMetrics>
 #include <QFormLayout>
 #include <QFrame>
@@ -60,15 +61,34 @@ QString ButtonName(QDialogButtonBox::StandardButton button)
     return QString::fromLatin1(names.valueToKey(button)).toLower();
 }
 
+/// A dialog takes note of its default button only when that is chosen inside it.
+class ButtonBox : public QDialogButtonBox
+{
+public:
+    ButtonBox(StandardButtons buttons, StandardButton preselected) : QDialogButtonBox(buttons), m_preselected(preselected)
+    {
+    }
+
+protected:
+    bool event(QEvent* event) override
+    {
+        if (event->type() == QEvent::ParentChange)
+            if (QPushButton* chosen = button(m_preselected))
+                chosen->setDefault(true);
+        return QDialogButtonBox::event(event);
+    }
+
+private:
+    StandardButton m_preselected;
+};
+
 QWidget* MakeButtonBox(QDialogButtonBox::StandardButtons buttons, QDialogButtonBox::StandardButton preselected,
                        int orientation)
 {
-    auto* box = new QDialogButtonBox(buttons);
+    auto* box = new ButtonBox(buttons, preselected);
     box->setOrientation(orientation == Qt::Vertical ? Qt::Vertical : Qt::Horizontal);
     for (QAbstractButton* button : box->buttons())
         button->setObjectName(ButtonName(box->standardButton(button)));
-    if (QPushButton* button = box->button(preselected))
-        button->setDefault(true);
     // The dialog is known only once the row stands in it.
     QObject::connect(box, &QDialogButtonBox::accepted, box, [box] {
         if (auto* dialog = qobject_cast<QDialog*>(box->window()))
