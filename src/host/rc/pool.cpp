@@ -17,6 +17,9 @@ void pool_free(void* block) noexcept { ::operator delete(block); }
 namespace {
 
 constexpr std::size_t SlabSize = 32 * 1024;
+/// What the allocator puts in front of a block comes off its end, so that slabs
+/// lie one behind the other instead of with a hole of their size between them.
+constexpr std::size_t SlabBytes = SlabSize - 2 * sizeof(void*);
 constexpr std::size_t Alignment = 8;
 
 /// Stands at the start of its memory, which is aligned to SlabSize, so that a
@@ -55,11 +58,11 @@ void* pool_allocate(std::size_t size)
 {
     size = (size + Alignment - 1) & ~(Alignment - 1);
     Slab* slab = t_current.slab;
-    if (!slab || slab->used + size > SlabSize) [[unlikely]] {
+    if (!slab || slab->used + size > SlabBytes) [[unlikely]] {
         if (size > 512)
             throw std::bad_alloc();
-        void* memory = std::aligned_alloc(SlabSize, SlabSize);
-        if (!memory)
+        void* memory = nullptr;
+        if (posix_memalign(&memory, SlabSize, SlabBytes) != 0)
             throw std::bad_alloc();
         if (slab)
             release(slab);
