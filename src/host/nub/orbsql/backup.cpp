@@ -37,12 +37,13 @@ public:
     void CopyFile()
     {
         const std::string& source = m_session.FilePath();
+        const auto stop = [this] { return IsInterrupted(); };
         for (int attempt = 0;; ++attempt) {
             if (!m_session.IsReadOnly() && CheckpointWaitsForStreams())
                 WaitForStreams();
             if (!m_session.IsReadOnly())
                 Run("CHECKPOINT " + QuotedName(m_session.DatabaseName()));
-            const CopyOutcome outcome = CopyOpenFile(source, m_temporary, HeaderBytes, [this] { return IsInterrupted(); });
+            const CopyOutcome outcome = CopyOpenFile(source, m_temporary, HeaderBytes, stop);
             if (outcome == CopyOutcome::Done)
                 break;
             RemoveDatabaseFiles(m_temporary);
@@ -53,7 +54,7 @@ public:
         }
         // Nobody writes to a file that is open read-only, and its log belongs to it.
         if (m_session.IsReadOnly() && PathExists(source + ".wal")) {
-            if (CopyOpenFile(source + ".wal", m_temporary + ".wal", 0, [this] { return IsInterrupted(); }) != CopyOutcome::Done)
+            if (CopyOpenFile(source + ".wal", m_temporary + ".wal", 0, stop) != CopyOutcome::Done)
                 throw xException(InterruptedText);
             RenameWithoutReplacing(m_temporary + ".wal", m_target + ".wal");
         }
@@ -136,8 +137,8 @@ private:
         std::map<TableId, Table> left = ReadTables(copy);
         while (!left.empty()) {
             auto next = std::find_if(left.begin(), left.end(), [&](const auto& entry) {
-                return std::none_of(entry.second.parents.begin(), entry.second.parents.end(),
-                                    [&](const TableId& parent) { return parent != entry.first && left.contains(parent); });
+                const auto waits = [&](const TableId& parent) { return parent != entry.first && left.contains(parent); };
+                return std::none_of(entry.second.parents.begin(), entry.second.parents.end(), waits);
             });
             if (next == left.end())
                 next = left.begin();
@@ -154,8 +155,8 @@ private:
         const std::string here = " WHERE database_name = " + QuotedText(m_session.DatabaseName());
         std::map<TableId, Table> tables;
         std::set<TableId> generated;
-        for (const auto& row : Run("SELECT schema_name, table_name, contains(upper(sql), 'GENERATED ALWAYS AS') FROM duckdb_tables()"
-                                   + here + " AND NOT internal AND NOT temporary").rows) {
+        for (const auto& row : Run("SELECT schema_name, table_name, contains(upper(sql), 'GENERATED ALWAYS AS') "
+                                   "FROM duckdb_tables()" + here + " AND NOT internal AND NOT temporary").rows) {
             const TableId id{row[0].value_or(""), row[1].value_or("")};
             tables[id];
             if (row[2] == "true")

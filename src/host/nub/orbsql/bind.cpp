@@ -71,7 +71,8 @@ std::string BindParameters(const PreparedHandle& statement, const ValueArray& va
     for (std::size_t i = 0; i < values.get_Count(); ++i) {
         const smart_ptr<I_Value>& value = values.get_Item(i);
         const idx_t index = i + 1;
-        if (!value || (!has_parameter(statement.get(), index) && (extent == BindExtent::Own || index <= duckdb_nparams(statement.get()))))
+        const bool inRange = index <= duckdb_nparams(statement.get());
+        if (!value || (!has_parameter(statement.get(), index) && (extent == BindExtent::Own || inRange)))
             continue;
         if (bind_value(statement.get(), index, *value) == DuckDBError) {
             const char* error = duckdb_prepare_error(statement.get());

@@ -15,8 +15,7 @@ namespace {
 /// where there is one.
 std::string words_of_failed_open(std::string text, const Location& location, const OpenOptions& options)
 {
-    for (std::size_t at = 0; !options.token.empty() && (at = text.find(options.token, at)) != std::string::npos; at += 3)
-        text.replace(at, options.token.size(), "***");
+    HideToken(text, options.token);
     if (text.find("Failure while replaying WAL") != std::string::npos)
         text += "\n\nNothing has been deleted. To recover the database: copy the file and its \".wal\" file to a safe "
                 "place, open an in-memory database and run\nATTACH '"

@@ -46,16 +46,15 @@ bool may_have_rows(duckdb_statement_type type)
         && type != DUCKDB_STATEMENT_TYPE_ALTER;
 }
 
-void replace_all(std::string& text, const std::string& what, const char* by)
-{
-    if (what.empty())
-        return;
-    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += std::char_traits<char>::length(by))
-        text.replace(at, what.size(), by);
-}
-
-
 } // namespace
+
+void HideToken(std::string& text, const std::string& token)
+{
+    if (token.empty())
+        return;
+    for (std::size_t at = 0; (at = text.find(token, at)) != std::string::npos; at += 3)
+        text.replace(at, token.size(), "***");
+}
 
 Outcome Outcome::Failure(const std::string& text)
 {
@@ -65,7 +64,10 @@ Outcome Outcome::Failure(const std::string& text)
     return outcome;
 }
 
-Session::Session(InstanceRef instance, std::string token) : m_instance(std::move(instance)), m_token(std::move(token)) {}
+Session::Session(InstanceRef instance, std::string token)
+    : m_instance(std::move(instance)), m_token(std::move(token))
+{
+}
 
 std::shared_ptr<Session> Session::Open(const Location& location, const OpenOptions& options)
 {
@@ -158,7 +160,7 @@ std::string Session::Words(const char* text) const
     // The engine wraps what stopped a stream in a sentence about the stream.
     if (result.find("closed pending query result\nError: ") != std::string::npos)
         result.erase(0, result.find("\nError: ") + 8);
-    replace_all(result, m_token, "***");
+    HideToken(result, m_token);
     return result;
 }
 
@@ -203,7 +205,8 @@ std::string Session::Prepare(const ExtractedHandle& statements, std::size_t inde
     if (m_closed)
         return "The database is not open";
     KeepOpenRows();
-    if (duckdb_prepare_extracted_statement(m_connection.get(), statements.get(), index, prepared.out()) == DuckDBSuccess)
+    if (duckdb_prepare_extracted_statement(m_connection.get(), statements.get(), index, prepared.out())
+        == DuckDBSuccess)
         return {};
     std::string error = Words(duckdb_prepare_error(prepared.get()));
     prepared.reset();
@@ -308,7 +311,8 @@ Session::Transaction Session::ProbeTransaction() noexcept
     constexpr char query[] = "SELECT txid_current()";
     const QueryRows first = RunQuery(m_connection.get(), query);
     if (first.failed())
-        return first.error.find("transaction is aborted") != std::string::npos ? Transaction::Aborted : Transaction::Unknown;
+        return first.error.find("transaction is aborted") != std::string::npos ? Transaction::Aborted
+                                                                               : Transaction::Unknown;
     const QueryRows second = RunQuery(m_connection.get(), query);
     if (second.failed() || !first.rows.at(0).at(0) || !second.rows.at(0).at(0))
         return Transaction::Unknown;
@@ -335,7 +339,8 @@ void Session::ReadSettings() noexcept
     const std::uint64_t generation = m_instance->settingsGeneration;
     if (generation == m_settingsGeneration)
         return;
-    const QueryRows rows = RunQuery(m_connection.get(), "SELECT current_setting('TimeZone'), current_setting('Calendar')");
+    const QueryRows rows =
+        RunQuery(m_connection.get(), "SELECT current_setting('TimeZone'), current_setting('Calendar')");
     if (rows.failed() || rows.rows.empty())
         return;
     m_settings.timeZone = rows.rows[0][0].value_or(m_settings.timeZone);

@@ -49,6 +49,9 @@ struct Outcome
     static Outcome Failure(const std::string& text);
 };
 
+/// Puts "***" in place of an access token.
+void HideToken(std::string& text, const std::string& token);
+
 /// One connection of an instance, with what the kernel knows of its state.
 /// Whoever calls has to own a hold, but for Interrupt, get_Progress and the
 /// facts fixed at the opening.
