@@ -58,13 +58,6 @@ public:
 
 } // namespace
 
-rc::Ref<HF::LDatabase> MakeDatabase(const rc::Ref<HF::I_LConnection>& connection,
-                                    const orbDuckDB_Database::Engine& engine,
-                                    const orbDuckDB_Database::EngineLazy& handle, int storageKind, const QString& path)
-{
-    return rc::make<orbDuckDB_Database>(connection, engine, handle, storageKind, path);
-}
-
 orbDuckDB_Database::orbDuckDB_Database(const rc::Ref<HF::I_LConnection>& connection, const Engine& engine,
                                        const EngineLazy& handle, int storageKind, const QString& path)
     : LDatabase(connection, path), m_engine(handle),

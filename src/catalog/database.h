@@ -69,8 +69,3 @@ private:
     mutable std::mutex m_searchPathMutex;
     std::optional<QStringList> m_searchPathCache;
 };
-
-/// The maker of databases for the connection.
-rc::Ref<HF::LDatabase> MakeDatabase(const rc::Ref<HF::I_LConnection>& connection,
-                                    const orbDuckDB_Database::Engine& engine,
-                                    const orbDuckDB_Database::EngineLazy& handle, int storageKind, const QString& path);
