@@ -149,7 +149,7 @@ CopyOutcome CopyOpenFile(const std::string& from, const std::string& to, std::si
     if (got != sizeof report)
         throw xException(("IO Error: The copy to \"" + to + "\" broke off").c_str());
     if (report.step == Report::Reading || report.step == Report::Writing)
-        throw xException(("IO Error: Cannot " + std::string(report.step == Report::Reading ? "read \"" + from : "write \"" + to)
+        throw xException(("IO Error: Cannot " + (report.step == Report::Reading ? "read \"" + from : "write \"" + to)
                           + "\": " + std::strerror(report.error))
                              .c_str());
     return report.step == Report::Complete ? CopyOutcome::Done : CopyOutcome::Changed;

@@ -149,7 +149,8 @@ std::unique_ptr<Instance> make_instance(const Location& location, const OpenOpti
     instance->options = options;
     char* error = nullptr;
     const duckdb_state state = engine_cache()
-        ? Newer().getOrCreateFromCache(engine_cache(), location.path.c_str(), instance->database.out(), config.get(), &error)
+        ? Newer().getOrCreateFromCache(engine_cache(), location.path.c_str(), instance->database.out(),
+                                       config.get(), &error)
         : duckdb_open_ext(location.path.c_str(), instance->database.out(), config.get(), &error);
     if (state == DuckDBError) {
         const std::string text = error ? error : "The engine cannot open the database";

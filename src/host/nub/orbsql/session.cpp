@@ -125,7 +125,8 @@ void Session::Close() noexcept
         // engine refuses, the log stays and is replayed by the next open. Other
         // sessions may be reading, and the last of them does it.
         struct stat info;
-        if (m_instance.IsSole() && !m_readOnly && !m_filePath.empty() && ::stat(m_walPath.c_str(), &info) == 0 && info.st_size > 0)
+        if (m_instance.IsSole() && !m_readOnly && !m_filePath.empty() && ::stat(m_walPath.c_str(), &info) == 0
+            && info.st_size > 0)
             RunQuery(m_connection.get(), "CHECKPOINT " + QuotedName(m_databaseName));
     }
     ConnectionHandle connection;

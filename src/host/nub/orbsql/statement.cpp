@@ -12,7 +12,8 @@ Statement::Statement(std::shared_ptr<Session> session, const String& text) : m_s
     std::size_t count = 0;
     const ExtractedHandle statements = m_session->Extract(sql, count);
     if (count != 1)
-        throw xException(count == 0 ? "There is no statement to prepare" : "Only one statement can be prepared at once");
+        throw xException(count == 0 ? "There is no statement to prepare"
+                                    : "Only one statement can be prepared at once");
     if (const std::string error = m_session->Prepare(statements, 0, m_prepared); !error.empty())
         throw xException(error.c_str());
     m_outline = OutlineText(sql);
