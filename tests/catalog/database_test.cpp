@@ -106,11 +106,12 @@ TEST_F(DatabaseTest, OpeningAndFailed)
 {
     const EngineLazy opening = EngineLazy::FromBody([] { return MakeEngine(u":memory:"_s); });
     const auto database = MakeDatabase(nullptr, opening, u"later.duckdb"_s);
-    EXPECT_FALSE(database->Open().IsResolved());
+    const auto open = database->Open();
+    EXPECT_FALSE(open.IsResolved());
     EXPECT_TRUE(database->Close().Force());
     EXPECT_FALSE(opening.IsResolved());
     EXPECT_EQ(connection->get_Children().size(), 1); // still there: nothing was closed
-    EXPECT_TRUE(database->Open().Force());
+    EXPECT_TRUE(open.Force());
     EXPECT_FALSE(database->get_IsReadOnly().Force());
     EXPECT_TRUE(database->Close().Force());
     EXPECT_TRUE(connection->get_Children().isEmpty());
@@ -140,7 +141,7 @@ TEST_F(DatabaseTest, ClosingEndsTheCirclesAndKeepsTheFile)
             }
         }
         ASSERT_TRUE(weakTable.lock());
-        ASSERT_TRUE(database->Flush().IsResolved() || true);
+        database->Flush();
         EXPECT_TRUE(database->Close().Force());
         EXPECT_TRUE(database->get_IsClosing());
     }
@@ -212,11 +213,11 @@ TEST_F(DatabaseTest, BackupByItsAction)
 
 TEST_F(DatabaseTest, DefaultSchemas)
 {
-    Run(u"CREATE SCHEMA sales; CREATE SCHEMA \"R & D\"; CREATE TABLE sales.only(i INTEGER)"_s);
+    Run(u"CREATE SCHEMA sales; CREATE SCHEMA \"R & D\"; CREATE TABLE sales.lone(i INTEGER)"_s);
     Database().UpdatePropertyImpl(PROP_SEARCH_PATH).Force();
     Database().UpdateChildObjects(HF::TYPE_SCHEMA);
     ASSERT_TRUE(Database().ProcessProperty(PROP_SEARCH_PATH, QStringList{u"main"_s, u"sales"_s}).Force());
-    EXPECT_TRUE(HF::IsQuerySuccess(Run(u"SELECT * FROM only"_s)));
+    EXPECT_TRUE(HF::IsQuerySuccess(Run(u"SELECT * FROM lone"_s)));
     EXPECT_EQ(orbDuckDB_Engine::Instance().GetSearchPath(rc::self<HF::I_LDatabase>(&Database())),
               (QStringList{u"main"_s, u"sales"_s, u"pg_catalog"_s}));
 
@@ -250,11 +251,11 @@ TEST_F(DatabaseTest, DefaultSchemasComeBackWithTheFile)
 {
     const QString file = Path(u"s.duckdb"_s);
     auto database = MakeDatabase(MakeEngine(file), file);
-    database->SqlExecute(u"CREATE SCHEMA sales; CREATE TABLE sales.only AS SELECT 1 AS i"_s);
+    database->SqlExecute(u"CREATE SCHEMA sales; CREATE TABLE sales.lone AS SELECT 1 AS i"_s);
     EXPECT_TRUE(database->ProcessProperty(PROP_SEARCH_PATH, QStringList{u"sales"_s}).Force());
     database->Close().Force();
     database = MakeDatabase(MakeEngine(file), file);
-    EXPECT_TRUE(database->SqlSelect(u"SELECT * FROM only"_s, 0, {}, 1, 2, 1));
+    EXPECT_TRUE(database->SqlSelect(u"SELECT * FROM lone"_s, 0, {}, 1, 2, 1));
     database->Close().Force();
     // One in memory forgets them with its end.
     EXPECT_TRUE(Database().ProcessProperty(PROP_SEARCH_PATH, QStringList{u"main"_s}).Force());
