@@ -35,24 +35,30 @@ function(orbis_library name)
   target_include_directories(${name} INTERFACE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/src/host)
   target_link_libraries(${name} PUBLIC ${A_LINK} PRIVATE ${A_PRIVATE})
   target_link_options(${name} PRIVATE ${ORBIS_NO_UNDEFINED})
-  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${A_OUTPUT} BUILD_RPATH "$ORIGIN" LINKER_LANGUAGE CXX)
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${A_OUTPUT} LINKER_LANGUAGE CXX
+    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN")
 endfunction()
 
-# orbis_plugin(NAME OUTPUT name FOLDERS ... LINK ... EXPORTS file)
+# orbis_plugin(NAME OUTPUT name FOLDERS ... LINK ... [NEEDED ...] EXPORTS file)
+# NEEDED: targets that the plug-in names as needed libraries whether or not it
+# calls them.
 function(orbis_plugin name)
-  cmake_parse_arguments(A "" "OUTPUT;EXPORTS" "FOLDERS;LINK" ${ARGN})
+  cmake_parse_arguments(A "" "OUTPUT;EXPORTS" "FOLDERS;LINK;NEEDED" ${ARGN})
   add_library(${name} MODULE)
   foreach(folder IN LISTS A_FOLDERS)
     target_sources(${name} PRIVATE $<TARGET_OBJECTS:${folder}>)
   endforeach()
   target_link_libraries(${name} PRIVATE ${A_LINK})
+  foreach(library IN LISTS A_NEEDED)
+    target_link_libraries(${name} PRIVATE -Wl,--push-state,--no-as-needed $<TARGET_FILE:${library}> -Wl,--pop-state)
+  endforeach()
   target_link_options(${name} PRIVATE
-    -Wl,--no-as-needed -Wl,--version-script=${A_EXPORTS}
+    -Wl,--as-needed -Wl,--version-script=${A_EXPORTS}
     ${ORBIS_NO_UNDEFINED})
   set_target_properties(${name} PROPERTIES
     PREFIX "" OUTPUT_NAME ${A_OUTPUT} LINK_DEPENDS ${A_EXPORTS} LINKER_LANGUAGE CXX
     LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin
-    BUILD_RPATH "$ORIGIN;$ORIGIN/lib;$ORIGIN/orbcomponents")
+    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN;$ORIGIN/lib;$ORIGIN/orbcomponents")
 endfunction()
 
 # orbis_program(NAME SOURCES ... LINK ... [MOC])
@@ -60,7 +66,7 @@ function(orbis_program name)
   cmake_parse_arguments(A "MOC" "OUTPUT" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${A_SOURCES})
   target_link_libraries(${name} PRIVATE ${A_LINK})
-  set_target_properties(${name} PROPERTIES BUILD_RPATH "$ORIGIN/lib")
+  set_target_properties(${name} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN/lib")
   if(A_OUTPUT)
     set_target_properties(${name} PROPERTIES OUTPUT_NAME ${A_OUTPUT})
   endif()
@@ -82,7 +88,7 @@ function(orbis_test name)
   target_link_libraries(${name} PRIVATE ${A_LINK} GTest::gtest)
   target_compile_definitions(${name} PRIVATE ${A_DEFINE})
   set_target_properties(${name} PROPERTIES
-    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH "$ORIGIN/../bin/lib")
+    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN/../bin/lib")
   if(A_MOC)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
@@ -100,5 +106,5 @@ function(orbis_bench name)
   add_executable(${name} ${A_SOURCES})
   target_link_libraries(${name} PRIVATE ${A_LINK} benchmark::benchmark)
   set_target_properties(${name} PROPERTIES
-    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench BUILD_RPATH "$ORIGIN/../bin/lib")
+    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN/../bin/lib")
 endfunction()
