@@ -6,6 +6,9 @@
 #include "hf/engine.h"
 #include "hf/schema_item_list.h"
 #include "hf/values.h"
+#include "uik/settings.h"
+
+#include <QTemporaryDir>
 
 #include <atomic>
 #include <functional>
@@ -352,11 +355,13 @@ public:
 };
 
 /// Stands where a connection does: holds databases in a list without a query.
+/// Brings a settings file of its own, so that the user's stays untouched.
 class Root final : public I_LSchemaObject
 {
 public:
     Root()
     {
+        uik::SetSettingsFile(m_folder.filePath("settings.ini"));
         static const LSchemaItemListInfo databases{nullptr, "", "", TYPE_DATABASE, "database", -1, ""};
         AddChildList(rc::make<LSchemaItemList>(databases, rc::Ref<I_LSchemaObject>(*this)));
     }
@@ -366,6 +371,9 @@ public:
         get_ChildList(TYPE_DATABASE)->AddChildBack(database);
         return database;
     }
+
+private:
+    QTemporaryDir m_folder;
 };
 
 } // namespace fake

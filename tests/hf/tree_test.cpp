@@ -2,8 +2,6 @@
 #include "hf/fake_database.h"
 #include "uik/settings.h"
 
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -182,8 +180,6 @@ TEST_F(Catalogue, NamesForQueriesCarryTheSchemaWhereThereIsOne)
 
 TEST_F(Catalogue, ExternalPropertiesStandByObject)
 {
-    QTemporaryDir folder;
-    uik::SetSettingsFile(folder.filePath("settings.ini"));
     database->results["TABLES OF 'second'"] = {{"table_name"}, {{"a/b"}, {"a"}, {"käse %"}}};
     const auto slash = database->Get({{TYPE_SCHEMA, "second"}, {TYPE_TABLE, "a/b"}});
     const auto plain = database->Get({{TYPE_SCHEMA, "second"}, {TYPE_TABLE, "a"}});
@@ -232,7 +228,6 @@ TEST_F(Catalogue, ExternalPropertiesStandByObject)
     list->InitVirtualLinks();
     EXPECT_EQ(list->get_VirtualLinks(), links);
     EXPECT_EQ(list->get_Names(), QStringList({"link_p_t", "link_p_p"})) << "no statement is made of a virtual link";
-    uik::SetSettingsFile(QString());
 }
 
 TEST_F(Catalogue, ScriptWatchersHear)
