@@ -95,7 +95,8 @@ TEST_F(List, FindsByNameAndByKeyAndTellsCaseTwinsApart)
     {
         const char* name;
         int index;
-    } cases[] = {{"f", 0}, {"F", 0}, {"f$$1", 0}, {"f$$2", 1}, {"Ab", 2}, {"aB", 3}, {"ab", 2}, {"äRGER", 4}, {"", -1}};
+    } cases[] = {{"f", 0},  {"F", 0},  {"f$$1", 0},  {"f$$2", 1}, {"Ab", 2},
+                 {"aB", 3}, {"ab", 2}, {"äRGER", 4}, {"", -1}};
     for (const auto& [name, index] : cases)
         EXPECT_EQ(found(name), index) << name;
     tables->get_ItemsNow()[0]->AssignName("renamed");

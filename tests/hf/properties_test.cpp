@@ -230,7 +230,8 @@ TEST_F(Changes, StatementsOfTheirOwnTransactionRunAlone)
 {
     const QString alone = "BEGIN; --SO--\nx\nEND; --SO--\n";
     EXPECT_TRUE(RunStatements(database, {"a;", "b;", alone, "c;"}, true));
-    EXPECT_EQ(database->TakeLog(), QStringList({"BEGIN;", "a;", "b;", "COMMIT;", alone, "BEGIN;", "c;", "COMMIT;", "FLUSH"}));
+    EXPECT_EQ(database->TakeLog(),
+              QStringList({"BEGIN;", "a;", "b;", "COMMIT;", alone, "BEGIN;", "c;", "COMMIT;", "FLUSH"}));
     EXPECT_TRUE(RunStatements(database, {"a;", "b;"}, false));
     EXPECT_EQ(database->TakeLog(), QStringList({"a;", "b;", "FLUSH"}));
     database->fail = [&](const QString& text) { return text == alone; };

@@ -234,7 +234,10 @@ TEST_F(Catalogue, ScriptWatchersHear)
 {
     struct Watcher : I_LScriptWatcher
     {
-        void Notify(int event, const QVariant& argument) override { heard += QString::number(event) + argument.toString(); }
+        void Notify(int event, const QVariant& argument) override
+        {
+            heard += QString::number(event) + argument.toString();
+        }
         QString heard;
     };
     const auto watcher = std::make_shared<Watcher>();

@@ -168,7 +168,8 @@ public:
     LLazy() requires std::is_default_constructible_v<Value> : m_state(rc::make<State>(Value())) {}
     /// Done, holding the value.
     LLazy(Value value) : m_state(rc::make<State>(std::move(value))) {}
-    template <class U, class = std::enable_if_t<std::is_convertible_v<U, Value> && !std::is_same_v<std::decay_t<U>, Value>
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U, Value>
+                                                && !std::is_same_v<std::decay_t<U>, Value>
                                                 && !std::is_invocable_v<U>>>
     LLazy(U value) : m_state(rc::make<State>(Value(std::move(value)))) {}
     /// From a body; nothing runs yet.

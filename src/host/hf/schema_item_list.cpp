@@ -29,7 +29,10 @@ QString SubstituteNames(const QString& query, const QString& name, const QString
                         const QString& grandparentName)
 {
     const std::pair<QLatin1String, const QString&> names[] = {
-        {QLatin1String("$PPNAME"), grandparentName}, {QLatin1String("$PNAME"), parentName}, {QLatin1String("$NAME"), name}};
+        {QLatin1String("$PPNAME"), grandparentName},
+        {QLatin1String("$PNAME"), parentName},
+        {QLatin1String("$NAME"), name},
+    };
     QString result;
     qsizetype done = 0;
     for (qsizetype at = query.indexOf(u'$'); at >= 0; at = query.indexOf(u'$', at)) {
