@@ -5,6 +5,7 @@
 #include "engine/engine_version.h"
 #include "engine/kernel_text.h"
 
+#include "hf/database.h"
 #include "hf/log.h"
 #include "hf/main_thread.h"
 #include "hf/services.h"

@@ -5,7 +5,7 @@
 #include "connection/dumpable_connection.h"
 #include "engine/engine_interfaces.h"
 
-#include "hf/connection.h"
+#include "hf/database.h"
 
 class orbDuckDB_RecentDatabases;
 

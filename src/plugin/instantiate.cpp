@@ -2,6 +2,8 @@
 #include "connection/connection_factory.h"
 #include "plugin/plugin.h"
 
+#include "hf/database.h"
+
 #include <memory>
 
 /// The one symbol of the plug-in. The host owns the result. Opens nothing and

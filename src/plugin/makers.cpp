@@ -9,6 +9,14 @@
 
 namespace {
 
+rc::Ref<HF::LDatabase> MakeDatabase(const rc::Ref<HF::I_LConnection>& connection,
+                                    const orbDuckDB_Makers::Engine& engine,
+                                    const HF::LLazy<orbDuckDB_Makers::Engine, false>& handle, int storageKind,
+                                    const QString& path)
+{
+    return rc::make<orbDuckDB_Database>(connection, engine, handle, storageKind, path);
+}
+
 rc::Ptr<HF::I_LDatabase> RunCreateDatabaseDialog(const rc::Ref<HF::I_LConnection>& connection)
 {
     orbDuckDB_DialogCreateDatabase dialog(connection);

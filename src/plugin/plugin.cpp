@@ -5,6 +5,7 @@
 #include "connection/local_connection.h"
 
 #include "hf/app_controller.h"
+#include "hf/database.h"
 #include "hf/services.h"
 
 QString orbDuckDB_Plugin::get_Name() const

@@ -58,11 +58,11 @@ TEST_F(ConnectionTest, WhatTheNodeTells)
     QStringList listed;
     for (const HF::LProperty& property : properties)
         listed.append(QString("%1:%2").arg(property.id).arg(property.flags));
-    // 1413 holds both bits of 0x401; 1153 and 1169 hold neither pair whole but 1169 in part.
-    EXPECT_EQ(listed, QStringList({QString("26:%1").arg(1153 | 0x8000000 * ((1153 & 0x401) == 0x401)),
-                                   QString("80:%1").arg(1413 | 0x8000000 * ((1413 & 0x401) == 0x401)),
-                                   QString("81:%1").arg(1169 | 0x8000000 * ((1169 & 0x401) == 0x401)),
-                                   QString("71:%1").arg(1169 | 0x8000000 * ((1169 & 0x401) == 0x401)), "86:129"}));
+    QStringList expected;
+    for (const auto& [id, flags] : {std::pair(26, 1153), {80, 1413}, {81, 1169}, {71, 1169}}) // both bits of 0x401
+        expected.append(QString("%1:%2").arg(id).arg(flags | 0x8000000));
+    expected.append("86:129");
+    EXPECT_EQ(listed, expected);
     EXPECT_EQ(node->GetString(80), "localhost");
     EXPECT_EQ(node->GetString(PROP_NAME), "DuckDB Files");
 }

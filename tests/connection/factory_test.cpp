@@ -3,6 +3,7 @@
 #include "connection/place.h"
 
 #include "hf/database.h"
+#include "hf/recents.h"
 
 #include <thread>
 
@@ -137,6 +138,29 @@ TEST_F(FactoryTest, HandlersThatBringNoDatabase)
     result = Connect(rc::make<ForeignHandler>(At("anything", "never used")));
     EXPECT_FALSE(result.Connection);
     EXPECT_TRUE(Factory()->get_Connections("never used").isEmpty());
+}
+
+TEST_F(FactoryTest, PostScripts)
+{
+    QList<std::pair<bool, bool>> ran; // with a connection, with a database
+    const Scripts scripts([&](const QString&, HF::LConnectionParameters&, const auto& connection, const auto& database) {
+        if (connection)
+            ran.append({true, bool(database)});
+        return std::optional<weft::Error>();
+    });
+    HF::LConnectionParameters parameters = At(MakeDatabase("post.db"));
+    parameters.PostScript = MakeScript();
+    Connect(Opened(parameters));
+    Connect(Opened(parameters)); // found
+    parameters.Location = Path("nothing.db");
+    const auto failed = rc::make<orbDuckDB_LocalConnectionHandler>();
+    EXPECT_FALSE(failed->Open(parameters).Force());
+    Connect(failed);
+    Connect(rc::make<ForeignHandler>(parameters));
+    EXPECT_EQ(ran, (QList<std::pair<bool, bool>>{{true, true}, {true, true}, {true, false}, {true, false}}));
+    parameters.Location = "";
+    Connect(rc::make<ForeignHandler>(parameters));
+    EXPECT_EQ(ran.size(), 4);
 }
 
 TEST_F(FactoryTest, Probe)

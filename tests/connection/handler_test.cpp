@@ -188,6 +188,44 @@ TEST_F(HandlerTest, FailedPreScriptChangesNothing)
     EXPECT_FALSE(IsOpenHere(file));
 }
 
+TEST_F(HandlerTest, PreScriptMayChangeTheParameters)
+{
+    const QString file = MakeDatabase("changed.db");
+    HF::LConnectionParameters parameters = At("somewhere else");
+    parameters.PreScript = MakeScript();
+    const auto handler = rc::make<Handler>();
+    bool busy = true, opened = true;
+    const Scripts scripts([&](const QString&, HF::LConnectionParameters& own, const auto&, const auto&) {
+        // Before the handler's lock and before anything of it changes.
+        std::thread([&] { busy = handler->IsBusy(), opened = handler->IsOpened(); }).join();
+        own.Location = file;
+        own.ReadOnly = true;
+        return std::optional<weft::Error>();
+    });
+    EXPECT_TRUE(handler->Open(parameters).Force()) << handler->GetLastError().toStdString();
+    EXPECT_FALSE(busy);
+    EXPECT_FALSE(opened);
+    EXPECT_EQ(handler->GetParameters().Location.ToQString(), file);
+    EXPECT_EQ(handler->GetParameters().FactoryId, 2048);
+    EXPECT_TRUE(handler->TakeEngine()->IsReadOnly());
+
+    // Without a location of the caller's own nothing is opened, whatever the script says.
+    parameters.Location = "";
+    const auto idle = rc::make<Handler>();
+    EXPECT_TRUE(idle->Open(parameters).Force());
+    EXPECT_FALSE(idle->IsOpened());
+    EXPECT_FALSE(idle->TakeEngine());
+
+    // A failed open leaves the caller's parameters.
+    const Scripts failing([&](const QString&, HF::LConnectionParameters& own, const auto&, const auto&) {
+        own.Location = Path("missing.db");
+        return std::optional<weft::Error>();
+    });
+    parameters.Location = file;
+    EXPECT_FALSE(idle->Open(parameters).Force());
+    EXPECT_EQ(idle->GetParameters().Location.ToQString(), file);
+}
+
 TEST_F(HandlerTest, TokenStandsInNoText)
 {
     HF::LConnectionParameters parameters = At("md:nowhere");
@@ -200,10 +238,7 @@ TEST_F(HandlerTest, TokenStandsInNoText)
     EXPECT_FALSE(handler->GetLastError().contains("t0ken-of-mine"));
     for (const QString& entry : HF::ErrorLogEntries())
         EXPECT_FALSE(entry.contains("t0ken-of-mine"));
-    QFile settings(uik::settings().fileName());
-    uik::settings().sync();
-    if (settings.open(QIODevice::ReadOnly))
-        EXPECT_FALSE(settings.readAll().contains("t0ken-of-mine"));
+    EXPECT_FALSE(StoredText().contains("t0ken-of-mine"));
 }
 
 TEST_F(HandlerTest, VersionWithoutAnEngineOpen)

@@ -4,6 +4,7 @@
 #include "connection/connection_handler.h"
 #include "engine/kernel_text.h"
 
+#include "hf/database.h"
 #include "hf/log.h"
 #include "support/own_settings.h"
 
@@ -52,6 +53,19 @@ protected:
         const auto field = nub::smart_ptr<nub::orbsql::I_Field>::adopt(cursor->get_Field(0));
         return field ? KernelText::ToQString(field->get_String()) : QString();
     }
+    /// Runs the test's function in the place of scripts, until the end of the scope.
+    struct Scripts
+    {
+        explicit Scripts(HF::LScriptRunner runner) { HF::SetScriptRunner(std::move(runner)); }
+        ~Scripts() { HF::SetScriptRunner({}); }
+    };
+    QString MakeScript() const
+    {
+        QFile file(Path("script"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        return file.fileName();
+    }
+
     static bool IsOpenHere(const QString& path) { return nub::orbsql::IsFileOpen(KernelText::FromQString(path)); }
     static QString LastLoggedError()
     {
