@@ -41,7 +41,7 @@ QString DisplayName()
 bool HasStorageMagic(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
         return false;
     const QByteArray head = file.read(12);
     return head.size() == 12 && (head.startsWith("DuckDB") || head.endsWith("DUCK"));
