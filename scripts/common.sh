@@ -49,12 +49,13 @@ prepare() { # further packages
   install_packages "${wanted[@]}"
 }
 
-build() { # preset, further arguments for cmake
+build() { # preset [targets...]
   local preset=$1
   shift
   local log=$root/build/$preset.log
   mkdir -p "$root/build"
-  if ! { (cd "$root" && cmake --preset "$preset" "$@") && cmake --build "$root/build/$preset"; } >"$log" 2>&1; then
+  if ! { (cd "$root" && cmake --preset "$preset") && cmake --build "$root/build/$preset" ${1:+--target "$@"}; } \
+    >"$log" 2>&1; then
     tail -n 60 "$log" >&2
     say "The build failed; the whole log is $log"
     return 1
