@@ -102,6 +102,7 @@ private:
             // A result goes as soon as it is printed: its rows may be large.
             while (!results.isEmpty() && !ended && !m_work.IsStopping())
                 ended = !PrintResult(results.takeFirst());
+            m_output.Flush(); // whoever reads need not wait for the next text
         }
         m_printer.End();
         m_output.Flush();

@@ -15,7 +15,6 @@ namespace {
 constexpr int Signals[] = {SIGINT, SIGTERM, SIGHUP};
 std::atomic<int> firstSignal{0};
 int wakePipe[2] = {-1, -1};
-struct sigaction formerActions[std::size(Signals)];
 
 static_assert(std::atomic<int>::is_always_lock_free);
 
@@ -47,20 +46,15 @@ SignalWatch::SignalWatch(std::function<void()> onSignal) : m_onSignal(std::move(
     action.sa_handler = OnSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_RESTART;
-    for (std::size_t i = 0; i < std::size(Signals); ++i) {
-        ::sigaction(Signals[i], nullptr, &formerActions[i]);
-        if (formerActions[i].sa_handler != SIG_IGN) // such as under nohup
-            ::sigaction(Signals[i], &action, nullptr);
+    for (const int signal : Signals) {
+        struct sigaction former{};
+        ::sigaction(signal, nullptr, &former);
+        if (former.sa_handler != SIG_IGN) // such as under nohup
+            ::sigaction(signal, &action, nullptr);
     }
 }
 
-SignalWatch::~SignalWatch()
-{
-    if (!m_notifier)
-        return;
-    for (std::size_t i = 0; i < std::size(Signals); ++i)
-        ::sigaction(Signals[i], &formerActions[i], nullptr);
-}
+SignalWatch::~SignalWatch() = default;
 
 int SignalWatch::get_Signal()
 {

@@ -9,8 +9,9 @@
 namespace orbis {
 
 /// While it lives, the signals that ask the program to end (Ctrl-C, terminate,
-/// hang up) call a function from the main loop instead of killing it. One at a
-/// time; main thread.
+/// hang up) call a function from the main loop instead of killing it. After it
+/// they are only noted, so that an impatient second Ctrl-C does not cut the
+/// closing of a database short. One at a time; main thread.
 class SignalWatch
 {
 public:

@@ -17,13 +17,6 @@ QString RowCountText(qint64 count)
     return count == 1 ? QObject::tr("1 row") : QObject::tr("%1 rows").arg(count);
 }
 
-void NoteAffected(const Note& note, const Outcome& outcome)
-{
-    if (outcome.error.isEmpty())
-        note(outcome.affected == 1 ? QObject::tr("1 row affected")
-                                   : QObject::tr("%1 rows affected").arg(outcome.affected));
-}
-
 /// What a table shows of a cell. A text that looks like a null is put in quotes.
 QString TableText(const Cell& cell)
 {
@@ -40,6 +33,34 @@ std::string Blanks(int count)
 }
 
 } // namespace
+
+void AffectedNotes::Add(const Outcome& outcome)
+{
+    const bool failed = !outcome.error.isEmpty();
+    if (!failed && outcome.affected == 0) {
+        ++m_without;
+        return;
+    }
+    Flush();
+    if (!failed)
+        m_note(outcome.affected == 1 ? QObject::tr("1 row affected")
+                                     : QObject::tr("%1 rows affected").arg(outcome.affected));
+}
+
+void AffectedNotes::Flush()
+{
+    if (m_without == 1)
+        m_note(QObject::tr("0 rows affected"));
+    else if (m_without > 1)
+        m_note(QObject::tr("%1 statements, 0 rows affected").arg(m_without));
+    m_without = 0;
+}
+
+void AffectedNotes::Say(const QString& words)
+{
+    Flush();
+    m_note(words);
+}
 
 void TablePrinter::WriteCell(const Cell& cell, int width, bool right, bool last)
 {
@@ -61,9 +82,10 @@ void TablePrinter::WriteCell(const Cell& cell, int width, bool right, bool last)
 void TablePrinter::Print(const Outcome& outcome, RowSource* rows)
 {
     if (!rows) {
-        NoteAffected(m_note, outcome);
+        m_notes.Add(outcome);
         return;
     }
+    m_notes.Flush();
     if (m_printed)
         m_output.Write("\n");
     m_printed = true;
@@ -110,7 +132,7 @@ void TablePrinter::Print(const Outcome& outcome, RowSource* rows)
     }
     m_output.Flush(); // before the words, so that a terminal shows them in order
     if (!m_output.IsClosed())
-        m_note(RowCountText(rowCount));
+        m_notes.Say(RowCountText(rowCount));
 }
 
 void CsvPrinter::WriteText(const QString& text)
@@ -198,9 +220,10 @@ QString MarkdownText(const QString& text)
 void MarkdownPrinter::Print(const Outcome& outcome, RowSource* rows)
 {
     if (!rows) {
-        NoteAffected(m_note, outcome);
+        m_notes.Add(outcome);
         return;
     }
+    m_notes.Flush();
     if (m_printed)
         m_output.Write("\n");
     m_printed = true;
@@ -225,6 +248,7 @@ void MarkdownPrinter::Print(const Outcome& outcome, RowSource* rows)
         }
         m_output.Write("\n");
     }
+    m_output.Flush();
 }
 
 } // namespace orbis

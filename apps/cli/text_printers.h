@@ -5,19 +5,37 @@
 
 namespace orbis {
 
+/// Tells how many rows the statements without a result changed. Those that
+/// changed none are told together, since a script may define a lot.
+class AffectedNotes
+{
+public:
+    explicit AffectedNotes(Note note) : m_note(std::move(note)) {}
+
+    void Add(const Outcome& outcome);
+    /// Tells what has been gathered.
+    void Flush();
+    void Say(const QString& words);
+
+private:
+    Note m_note;
+    int m_without = 0;
+};
+
 /// Columns in line with each other, for people.
 class TablePrinter final : public ResultPrinter
 {
 public:
-    TablePrinter(Output& output, Note note, bool color) : m_output(output), m_note(std::move(note)), m_color(color) {}
+    TablePrinter(Output& output, Note note, bool color) : m_output(output), m_notes(std::move(note)), m_color(color) {}
 
+    void End() override { m_notes.Flush(); }
     void Print(const Outcome& outcome, RowSource* rows) override;
 
 private:
     void WriteCell(const Cell& cell, int width, bool right, bool last);
 
     Output& m_output;
-    Note m_note;
+    AffectedNotes m_notes;
     bool m_color;
     bool m_printed = false;
 };
@@ -42,13 +60,14 @@ private:
 class MarkdownPrinter final : public ResultPrinter
 {
 public:
-    MarkdownPrinter(Output& output, Note note) : m_output(output), m_note(std::move(note)) {}
+    MarkdownPrinter(Output& output, Note note) : m_output(output), m_notes(std::move(note)) {}
 
+    void End() override { m_notes.Flush(); }
     void Print(const Outcome& outcome, RowSource* rows) override;
 
 private:
     Output& m_output;
-    Note m_note;
+    AffectedNotes m_notes;
     bool m_printed = false;
 };
 

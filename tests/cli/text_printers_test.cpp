@@ -29,6 +29,25 @@ TEST(TablePrinter, SeparatesResultsAndTellsOfTheOthers)
     EXPECT_EQ(notes, QStringList({"1 row", "2 rows affected", "0 rows"}));
 }
 
+TEST(TablePrinter, TellsOfStatementsThatChangedNothingTogether)
+{
+    QStringList notes;
+    Output output(-1);
+    const auto printer = MakeResultPrinter(
+        "table", output, [&](const QString& words) { notes.append(words); }, false);
+    TableRows rows({{"a", "INTEGER", 9}}, {});
+    for (const qint64 affected : {0, 0, 0, 1, 0, 12})
+        printer->Print({3, affected, {}}, nullptr);
+    printer->Print({3, 0, {}}, nullptr);
+    printer->Print({0, 0, "failed"}, nullptr);
+    EXPECT_EQ(notes, QStringList({"3 statements, 0 rows affected", "1 row affected", "0 rows affected",
+                                  "12 rows affected", "0 rows affected"}));
+    printer->Print({3, 0, {}}, nullptr);
+    printer->Print({3, 0, {}}, nullptr);
+    printer->End();
+    EXPECT_EQ(notes.last(), "2 statements, 0 rows affected");
+}
+
 TEST(TablePrinter, ColoursOnlyOnRequest)
 {
     TableRows rows({{"a", "INTEGER", 9}}, {{NullCell()}});
