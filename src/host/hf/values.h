@@ -188,7 +188,8 @@ private:
             new (&m_text) QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
             m_size = Long;
         } else {
-            std::memcpy(m_chars, text.data(), text.size() * sizeof(char16_t));
+            if (!text.empty()) // an empty view may have no address
+                std::memcpy(m_chars, text.data(), text.size() * sizeof(char16_t));
             m_size = static_cast<std::uint8_t>(text.size());
         }
     }
