@@ -31,6 +31,10 @@ bool QueryRunner::Run(const QString& text)
         [this, database](const QPair<QList<HF::LQueryResult>, qint64>& outcome) {
             m_running = false;
             m_query.reset();
+            // A worker cannot tie a cursor to its database.
+            for (const HF::LQueryResult& result : outcome.first)
+                if (result.Cursor)
+                    result.Cursor->SetSourceDatabase(rc::Ref<HF::I_LDatabase>(database));
             emit Finished(outcome.first, outcome.second);
         });
     return true;

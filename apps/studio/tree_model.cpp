@@ -222,7 +222,7 @@ std::vector<rc::Ref<HF::LTreeItem>> TreeModel::ChildItems(const Node& node, bool
         for (const rc::Ref<HF::I_LSchemaObject>& item : list->get_ItemsNow())
             if (m_showSystem || (!hidden.contains(item->get_Name()) && !item->get_IsSystem()))
                 result.push_back(item);
-        if (!rc::cast<HF::LSortableDatabaseObjectList>(list))
+        if (list->get_ItemType() != HF::TYPE_FIELD && list->get_ItemType() != HF::TYPE_METHOD)
             std::stable_sort(result.begin(), result.end(), [](const auto& a, const auto& b) {
                 return a->get_Name().compare(b->get_Name(), Qt::CaseInsensitive) < 0;
             });

@@ -168,7 +168,7 @@ TEST_F(Window, ShowsEveryKindOfObjectOfTheSample)
     m_window->get_TreeView()->setCurrentIndex(lines);
     EXPECT_TRUE(WaitFor([&] { return m_window->get_Sheet()->topLevelItemCount() > 0; }));
     Child(Child(lines, QStringLiteral("Methods")), QStringLiteral("total"));
-    EXPECT_GT(m_window->get_TreeModel()->rowCount(fields), 2);
+    Child(fields, QStringLiteral("quantity"));
     Run(database, QStringLiteral("SELECT * FROM reports.order_totals ORDER BY number;\n\n"
                                  "SELECT c.country, count(*) AS orders\nFROM shop.orders o JOIN shop.customers c ON "
                                  "c.id = o.customer\nGROUP BY ALL ORDER BY orders DESC;\n"));
