@@ -173,6 +173,20 @@ TEST_F(ConnectionTest, WordsAreReadOnceAConnection)
     EXPECT_EQ(engine.QuoteName("customers", connection), "customers");
 }
 
+TEST_F(ConnectionTest, SearchPathIsKeptUntilTheDefaultSchemasChange)
+{
+    const orbDuckDB_Engine& engine = orbDuckDB_Engine::Instance();
+    EXPECT_TRUE(engine.GetSearchPath(nullptr).isEmpty());
+    const auto database = Create(":memory:path");
+    ASSERT_TRUE(database);
+    database->AssignPropertyValue(PROP_SEARCH_PATH, QStringList{"sales", "Main"});
+    EXPECT_EQ(engine.GetSearchPath(database).join(','), "sales,Main,main,pg_catalog");
+    database->AssignPropertyValueSilent(PROP_SEARCH_PATH, QStringList{"unseen"});
+    EXPECT_EQ(engine.GetSearchPath(database).join(','), "sales,Main,main,pg_catalog");
+    database->AssignPropertyValue(PROP_SEARCH_PATH, QStringList{"pg_catalog", "main"});
+    EXPECT_EQ(engine.GetSearchPath(database).join(','), "pg_catalog,main");
+}
+
 TEST_F(ConnectionTest, Recents)
 {
     const auto recents = Connection()->get_RecentDatabases();
