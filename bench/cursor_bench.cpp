@@ -14,7 +14,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
+#include <ctime>
 #include <malloc.h>
 #include <unistd.h>
 #include <vector>
@@ -23,7 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int Rounds = 5;
+constexpr int Rounds = 7;
 constexpr double TimeBound = 12;
 constexpr double NumberBytes = 64;
 constexpr double TextBytes = 136;
@@ -37,6 +37,29 @@ double Milliseconds(Clock::time_point start)
 {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
+
+/// Time of all threads on processors, which other programs disturb less.
+double ProcessorMilliseconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
+}
+
+struct Times
+{
+    double wall = 1e9, processor = 1e9;
+
+    template <class F>
+    void Measure(F work)
+    {
+        const Clock::time_point start = Clock::now();
+        const double before = ProcessorMilliseconds();
+        work();
+        wall = std::min(wall, Milliseconds(start));
+        processor = std::min(processor, ProcessorMilliseconds() - before);
+    }
+};
 
 double ResidentBytes()
 {
@@ -157,19 +180,27 @@ int main(int argc, char** argv)
 
     BareEngine bare;
     std::uint64_t sum = 0;
-    double scan = 1e9, cursor = 1e9;
+    const auto readKernelRows = [&] {
+        const auto rows = nub::smart_ptr<nub::orbsql::I_Cursor>::adopt(engine->SqlSelect(u"SELECT * FROM t", 1, {}));
+        const int columns = rows->get_ColumnCount();
+        while (rows->NextRow())
+            for (int i = 0; i < columns; ++i)
+                rows->PeekValue(i);
+    };
+    Times scan, kernel, cursor;
     for (int i = 0; i < Rounds; ++i) {
-        Clock::time_point start = Clock::now();
-        sum += bare.Scan();
-        scan = std::min(scan, Milliseconds(start));
-        start = Clock::now();
-        const QList<HF::LQueryResult> results = read("SELECT * FROM t");
-        cursor = std::min(cursor, Milliseconds(start));
+        scan.Measure([&] { sum += bare.Scan(); });
+        kernel.Measure(readKernelRows);
+        QList<HF::LQueryResult> results;
+        cursor.Measure([&] { results = read("SELECT * FROM t"); });
         sum += results.first().Cursor->get_RecordCount().Force();
     }
-    std::printf("{\"name\":\"time\",\"scan_ms\":%.1f,\"cursor_ms\":%.1f,\"ratio\":%.2f,\"bound\":%.0f,\"check\":%llu}\n", scan,
-                cursor, cursor / scan, TimeBound, static_cast<unsigned long long>(sum));
-    holds = holds && cursor / scan <= TimeBound;
+    const double ratio = cursor.wall / scan.wall;
+    std::printf("{\"name\":\"time\",\"scan_ms\":%.1f,\"kernel_ms\":%.1f,\"cursor_ms\":%.1f,\"ratio\":%.2f,"
+                "\"scan_processor_ms\":%.1f,\"processor_ratio\":%.2f,\"bound\":%.0f,\"check\":%llu}\n",
+                scan.wall, kernel.wall, cursor.wall, ratio, scan.processor, cursor.processor / scan.processor, TimeBound,
+                static_cast<unsigned long long>(sum));
+    holds = holds && ratio <= TimeBound;
     database->Close().Force();
     return holds ? 0 : 1;
 }

@@ -9,16 +9,43 @@ namespace {
 
 constexpr qsizetype FirstRows = 256;
 
-/// Hands the first reference straight to the list: no count goes up and down.
-template <class V, class... Args>
-inline void Add(RcList<HF::I_LSqlValue>& values, Args&&... args)
-{
-    values.emplaceBack(static_cast<HF::I_LSqlValue*>(new V(std::forward<Args>(args)...)), rc::impl::Adopt{});
-}
+// Each of these hands over the new value's first reference.
 
 QStringView View(std::u16string_view text)
 {
     return QStringView(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+HF::I_LSqlValue* MakeBytes(nub::I_Value& cell)
+{
+    QByteArray bytes;
+    if (const std::uint32_t length = cell.get_ByteLength()) {
+        bytes = QByteArray(static_cast<qsizetype>(length), '\0');
+        if (auto* raw = static_cast<nub::I_RawData*>(cell.QueryInterface(nub::InterfaceId_RawData)))
+            raw->CopyTo(bytes.data(), length);
+    }
+    return new HF::LValueByteArray(bytes);
+}
+
+// A day or time that Qt cannot hold still shows as the text it is.
+
+HF::I_LSqlValue* MakeDate(std::u16string_view text)
+{
+    if (const std::optional<QDate> date = HF::LValueDate::ParseISO(View(text)))
+        return new HF::LValueDate(*date, text);
+    return new HF::LValueString(text);
+}
+
+HF::I_LSqlValue* MakeTime(std::u16string_view text)
+{
+    if (const std::optional<QTime> time = HF::LValueTime::ParseISO(View(text)))
+        return new HF::LValueTime(*time, text);
+    return new HF::LValueString(text);
+}
+
+HF::I_LSqlValue* MakeDateTime(std::u16string_view text)
+{
+    return new HF::LValueDateTime(HF::LValueDateTime::ParseISO(View(text)).value_or(QDateTime()), text);
 }
 
 } // namespace
@@ -28,70 +55,44 @@ CellReader::CellReader(orbDuckDB_Field& column) : m_column(column), m_values(col
     m_values.reserve(FirstRows);
 }
 
-void CellReader::AppendNull()
+HF::I_LSqlValue* CellReader::MakeNull()
 {
     if (!m_null)
         m_null = m_column.CreateEmptyValue(true);
-    m_values.append(rc::Ref<HF::I_LSqlValue>(m_null));
+    return rc::Ptr<HF::I_LSqlValue>(m_null).release();
 }
 
-void CellReader::AppendBytes(nub::I_Value& cell)
+HF::I_LSqlValue* CellReader::MakeEmpty()
 {
-    QByteArray bytes;
-    if (const std::uint32_t length = cell.get_ByteLength()) {
-        bytes = QByteArray(static_cast<qsizetype>(length), '\0');
-        if (auto* raw = static_cast<nub::I_RawData*>(cell.QueryInterface(nub::InterfaceId_RawData)))
-            raw->CopyTo(bytes.data(), length);
+    return rc::Ptr<HF::I_LSqlValue>(m_column.CreateEmptyValue(false)).release();
+}
+
+inline HF::I_LSqlValue* CellReader::MakeValue(nub::I_Value& cell)
+{
+    if (cell.get_IsNull())
+        return MakeNull();
+    switch (cell.get_Type()) {
+    case nub::ValueType_Boolean: return new HF::LValueBoolean(cell.get_Boolean());
+    case nub::ValueType_Byte: return new HF::LValueUInt8(static_cast<std::uint8_t>(cell.get_LLong()));
+    case nub::ValueType_Short: return new HF::LValueInt16(static_cast<std::int16_t>(cell.get_LLong()));
+    case nub::ValueType_UShort: return new HF::LValueUInt16(static_cast<std::uint16_t>(cell.get_LLong()));
+    case nub::ValueType_Long: return new HF::LValueInt32(static_cast<std::int32_t>(cell.get_LLong()));
+    case nub::ValueType_ULong: return new HF::LValueUInt32(static_cast<std::uint32_t>(cell.get_LLong()));
+    case nub::ValueType_LLong: return new HF::LValueInt64(cell.get_LLong());
+    case nub::ValueType_ULLong: return new HF::LValueUInt64(cell.get_ULLong());
+    case nub::ValueType_Float: return new HF::LValueFloat(static_cast<float>(cell.get_Double()));
+    case nub::ValueType_Double: return new HF::LValueDouble(cell.get_Double());
+    case nub::ValueType_Date: return MakeDate(cell.get_Chars());
+    case nub::ValueType_Time: return MakeTime(cell.get_Chars());
+    case nub::ValueType_DateTime: return MakeDateTime(cell.get_Chars());
+    case nub::ValueType_String: return new HF::LValueString(cell.get_Chars());
+    case nub::ValueType_VarBinary: return MakeBytes(cell);
+    default: return MakeEmpty();
     }
-    Add<HF::LValueByteArray>(m_values, bytes);
-}
-
-// A day or time that Qt cannot hold still shows as the text it is.
-
-void CellReader::AppendDate(std::u16string_view text)
-{
-    if (const std::optional<QDate> date = HF::LValueDate::ParseISO(View(text)))
-        Add<HF::LValueDate>(m_values, *date, text);
-    else
-        Add<HF::LValueString>(m_values, text);
-}
-
-void CellReader::AppendTime(std::u16string_view text)
-{
-    if (const std::optional<QTime> time = HF::LValueTime::ParseISO(View(text)))
-        Add<HF::LValueTime>(m_values, *time, text);
-    else
-        Add<HF::LValueString>(m_values, text);
-}
-
-void CellReader::AppendDateTime(const nub::String& text)
-{
-    const std::optional<QDateTime> value = HF::LValueDateTime::ParseISO(View(text.view()));
-    Add<HF::LValueDateTime>(m_values, value.value_or(QDateTime()), text.view());
 }
 
 void CellReader::Append(nub::I_Value& cell)
 {
-    if (cell.get_IsNull()) {
-        AppendNull();
-        return;
-    }
-    switch (cell.get_Type()) {
-    case nub::ValueType_Boolean: Add<HF::LValueBoolean>(m_values, cell.get_Boolean()); break;
-    case nub::ValueType_Byte: Add<HF::LValueUInt8>(m_values, static_cast<std::uint8_t>(cell.get_LLong())); break;
-    case nub::ValueType_Short: Add<HF::LValueInt16>(m_values, static_cast<std::int16_t>(cell.get_LLong())); break;
-    case nub::ValueType_UShort: Add<HF::LValueUInt16>(m_values, static_cast<std::uint16_t>(cell.get_LLong())); break;
-    case nub::ValueType_Long: Add<HF::LValueInt32>(m_values, static_cast<std::int32_t>(cell.get_LLong())); break;
-    case nub::ValueType_ULong: Add<HF::LValueUInt32>(m_values, static_cast<std::uint32_t>(cell.get_LLong())); break;
-    case nub::ValueType_LLong: Add<HF::LValueInt64>(m_values, cell.get_LLong()); break;
-    case nub::ValueType_ULLong: Add<HF::LValueUInt64>(m_values, cell.get_ULLong()); break;
-    case nub::ValueType_Float: Add<HF::LValueFloat>(m_values, static_cast<float>(cell.get_Double())); break;
-    case nub::ValueType_Double: Add<HF::LValueDouble>(m_values, cell.get_Double()); break;
-    case nub::ValueType_Date: AppendDate(cell.get_Chars()); break;
-    case nub::ValueType_Time: AppendTime(cell.get_Chars()); break;
-    case nub::ValueType_DateTime: AppendDateTime(cell.get_String()); break;
-    case nub::ValueType_String: Add<HF::LValueString>(m_values, cell.get_Chars()); break;
-    case nub::ValueType_VarBinary: AppendBytes(cell); break;
-    default: m_values.append(m_column.CreateEmptyValue(false)); break;
-    }
+    // The list takes the first reference over: no count goes up and down.
+    m_values.emplaceBack(MakeValue(cell), rc::impl::Adopt{});
 }

@@ -15,11 +15,9 @@ public:
     void Append(nub::I_Value& cell);
 
 private:
-    void AppendNull();
-    void AppendBytes(nub::I_Value& cell);
-    void AppendDate(std::u16string_view text);
-    void AppendTime(std::u16string_view text);
-    void AppendDateTime(const nub::String& text);
+    HF::I_LSqlValue* MakeValue(nub::I_Value& cell);
+    HF::I_LSqlValue* MakeNull();
+    HF::I_LSqlValue* MakeEmpty();
 
     orbDuckDB_Field& m_column;
     RcList<HF::I_LSqlValue>& m_values;

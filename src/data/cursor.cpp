@@ -101,7 +101,7 @@ void orbDuckDB_Cursor::ReadRows()
     while (rows.NextRow()) {
         ++m_recordCount;
         for (int i = 0; i < count; ++i)
-            readers[static_cast<std::size_t>(i)].Append(*nub::smart_ptr<nub::I_Value>::adopt(rows.get_Value(i)));
+            readers[static_cast<std::size_t>(i)].Append(rows.PeekValue(i));
     }
 }
 

@@ -110,11 +110,15 @@ public:
     bool NextRow() override { return ++m_row < int(rows.size()); }
     nub::I_Value* get_Value(int column) override
     {
-        if (m_row == failingRow && column == failingColumn)
-            throw nub::xException("cell is broken");
-        nub::I_Value* value = rows[std::size_t(m_row)][std::size_t(column)].get();
+        nub::I_Value* value = &PeekValue(column);
         value->AddRef();
         return value;
+    }
+    nub::I_Value& PeekValue(int column) override
+    {
+        if (m_row == failingRow && column == failingColumn)
+            throw nub::xException("cell is broken");
+        return *rows[std::size_t(m_row)][std::size_t(column)];
     }
     bool First() override { return false; }
     bool Next() override { return false; }

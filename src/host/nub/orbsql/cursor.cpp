@@ -48,6 +48,13 @@ I_Value* Cursor::get_Value(int column)
     return m_rows->Reader().Read(column, m_row);
 }
 
+I_Value& Cursor::PeekValue(int column)
+{
+    if (!HasRow() || !HasColumn(column)) [[unlikely]]
+        throw xException("There is no such cell");
+    return *m_rows->Reader().Peek(column, m_row);
+}
+
 I_Field* Cursor::get_Field(int column)
 {
     if (!HasRow() || !HasColumn(column))

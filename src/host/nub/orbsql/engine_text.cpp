@@ -74,7 +74,9 @@ public:
     static std::shared_ptr<Service> Get()
     {
         static std::mutex guard;
-        static std::shared_ptr<Service> service;
+        // Never destroyed: the engine must not close a database once the thread's
+        // own data is gone, and that goes before the statics do.
+        static auto& service = *new std::shared_ptr<Service>;
         const std::lock_guard lock(guard);
         if (!service)
             service = std::make_shared<Service>();

@@ -245,7 +245,7 @@ void RowReader::SetChunk(duckdb_data_chunk chunk)
     }
 }
 
-/// The column's object for the next cell, with one reference for the caller.
+/// The column's object for the next cell, with a reference to spare for the caller.
 template <class V>
 V* RowReader::Vacant(Column& column)
 {
@@ -261,7 +261,6 @@ V* RowReader::Vacant(Column& column)
         value->AddRefs(Stock);
         column.owned += Stock;
     }
-    --column.owned;
     return static_cast<V*>(value);
 }
 
@@ -357,6 +356,13 @@ I_Value* RowReader::ReadEngineText(Column& column, idx_t row)
 }
 
 I_Value* RowReader::Read(int index, idx_t row)
+{
+    I_Value* const value = Peek(index, row);
+    --m_columns[static_cast<std::size_t>(index)].owned;
+    return value;
+}
+
+I_Value* RowReader::Peek(int index, idx_t row)
 {
     Column& column = m_columns[static_cast<std::size_t>(index)];
     switch (column.road) {

@@ -47,6 +47,8 @@ public:
     /// by the next Read of the column when nobody else holds it by then.
     /// `column` and `row` must be in range.
     I_Value* Read(int column, idx_t row);
+    /// The same without a reference; filled again by the next Read or Peek of the column.
+    I_Value* Peek(int column, idx_t row);
 
 private:
     struct Column;
