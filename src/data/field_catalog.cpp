@@ -193,7 +193,8 @@ QString orbDuckDB_FieldBase::ReadNestedType(const QString& typeText, int typeId)
 void orbDuckDB_FieldBase::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
 {
     QString type = ColumnText(cursor, "data_type");
-    if (type.startsWith(QLatin1String("DECIMAL("))) {
+    // A list or array of decimals begins the same way.
+    if (type.startsWith(QLatin1String("DECIMAL(")) && type.endsWith(u')')) {
         type = QStringLiteral("Decimal");
         ReadProperty(cursor, PROP_PRECISION, "numeric_precision");
         ReadProperty(cursor, PROP_SCALE, "numeric_scale");
