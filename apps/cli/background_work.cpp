@@ -29,11 +29,12 @@ bool BackgroundWork::Run(const std::function<void()>& work)
         m_stop();
     });
     QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [this] {
-        if (m_stopping.load())
-            m_stop(); // a step that began just now may not have heard the first call
-        else
-            UpdateStatus();
+    QObject::connect(&timer, &QTimer::timeout, [this, waits = 0]() mutable {
+        if (!m_stopping.load())
+            return UpdateStatus();
+        m_stop(); // a step that began just now may not have heard the first call
+        if (++waits == 2000 / TickMilliseconds)
+            Console::Instance().ShowStatus(QObject::tr("waiting for the engine to stop, Ctrl-\\ kills it"));
     });
     timer.start(TickMilliseconds);
 

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <csignal>
+
 #include <unistd.h>
 
 TEST_F(ProgramTest, LocationsThatDoNotOpenAreToldAndLeftAlone)
@@ -59,20 +61,12 @@ TEST_F(ProgramTest, AFileThatNobodyMayReadDoesNotOpen)
 TEST_F(ProgramTest, AFileLockedByAnotherProcess)
 {
     Make("db.duckdb", "CREATE TABLE t(i INTEGER);");
-    // Holds the database open until its input ends.
+    // Holds the database open until it is asked to end.
     const std::unique_ptr<QProcess> holder = Prepare({"sql", "db.duckdb", "--format", "ndjson", "-c",
                                                       "SELECT 'open' AS state", "-c",
-                                                      "SELECT count(*) FROM range(400000000) a(i), range(1000000) b(j) "
-                                                      "WHERE i * j = -1"});
-    holder->start();
-    ASSERT_TRUE(holder->waitForStarted());
-    RunResult locked;
-    for (int attempt = 0; attempt < 200; ++attempt) {
-        locked = Run({"sql", "db.duckdb", "-c", "SELECT 1"});
-        if (locked.exitCode != 0)
-            break;
-        ::usleep(50000);
-    }
+                                                      "SELECT count(*) FROM range(100000000000000) t(i) WHERE i % 7 = -1"});
+    StartAndWaitFor(*holder, "open");
+    const RunResult locked = Run({"sql", "db.duckdb", "-c", "SELECT 1"});
     EXPECT_EQ(locked.exitCode, 3) << locked.err.toStdString();
     EXPECT_TRUE(locked.err.contains("PID " + QByteArray::number(holder->processId()))) << locked.err.toStdString();
     EXPECT_EQ(Run({"--read-only", "sql", "db.duckdb", "-c", "SELECT 1"}).exitCode, 3);

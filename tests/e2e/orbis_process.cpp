@@ -2,9 +2,11 @@
 #include "e2e/orbis_process.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QProcessEnvironment>
+#include <QThread>
 
 namespace {
 constexpr int Patience = 60000;
@@ -72,6 +74,19 @@ std::unique_ptr<QProcess> ProgramTest::Prepare(const QStringList& arguments) con
     process->setProgram(Program());
     process->setArguments(arguments);
     return process;
+}
+
+void StartAndWaitFor(QProcess& process, const QByteArray& said)
+{
+    process.start();
+    ASSERT_TRUE(process.waitForStarted(Patience));
+    QElapsedTimer timer;
+    timer.start();
+    while (!process.peek(100000).contains(said) && process.state() != QProcess::NotRunning
+           && timer.elapsed() < Patience)
+        process.waitForReadyRead(100);
+    ASSERT_TRUE(process.peek(100000).contains(said)) << process.readAllStandardError().toStdString();
+    QThread::msleep(200);
 }
 
 RunResult Finish(QProcess& process)

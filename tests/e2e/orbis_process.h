@@ -48,6 +48,9 @@ protected:
     QTemporaryDir m_folder;
 };
 
+/// Starts a process and waits until its output holds the text, and a moment more.
+void StartAndWaitFor(QProcess& process, const QByteArray& said);
+
 /// Waits for the end of a started process.
 RunResult Finish(QProcess& process);
 

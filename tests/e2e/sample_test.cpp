@@ -43,7 +43,7 @@ TEST_F(ProgramTest, TheSampleLoadsAndAnswers)
         const char* answer;
     } cases[] = {
         {"SELECT count(*) || ' ' || sum(total) FROM shop.order_lines", "600 18595.00"},
-        {"SELECT spent FROM reports.best_customers(1)", ""},
+        {"SELECT spent FROM reports.best_customers(1)", "444.30"},
         {"SELECT reports.gross(10, vat := 21)", "12.10"},
         {"SELECT count(DISTINCT customer)::VARCHAR FROM shop.orders", "120"},
         {"SELECT typeof(taste) FROM shop.products LIMIT 1", "INTEGER[3]"},
@@ -52,8 +52,7 @@ TEST_F(ProgramTest, TheSampleLoadsAndAnswers)
     for (const auto& c : cases) {
         const QJsonArray rows = Rows("sample.duckdb", c.sql);
         ASSERT_EQ(rows.size(), 1) << c.sql;
-        if (*c.answer)
-            EXPECT_EQ(rows[0].toArray()[0].toString(), c.answer) << c.sql;
+        EXPECT_EQ(rows[0].toArray()[0].toString(), c.answer) << c.sql;
     }
     // The rules of the schema hold.
     for (const char* sql : {"INSERT INTO shop.orders (customer, placed) VALUES (5, now())",
