@@ -11,11 +11,11 @@ using Owner = rc::Ref<HF::I_LSchemaObject>;
 /// Catalogue that holds a table or view, as an SQL expression.
 QString CatalogOf(const Owner& owner)
 {
-    if (owner->GetBool(PROP_TEMPORARY))
-        return QStringLiteral("'temp'");
+    // Asked first: the engine calls its own views temporary.
     const QString schema = owner->GetString(PROP_SCHEMA_NAME);
-    const bool system = schema == u"information_schema" || schema == u"pg_catalog";
-    return EngineVersionNumber() >= 10200 && system ? QStringLiteral("'system'") : QStringLiteral("current_catalog()");
+    if (EngineVersionNumber() >= 10200 && (schema == u"information_schema" || schema == u"pg_catalog"))
+        return QStringLiteral("'system'");
+    return owner->GetBool(PROP_TEMPORARY) ? QStringLiteral("'temp'") : QStringLiteral("current_catalog()");
 }
 
 template <const char* Old, const char* New>

@@ -108,7 +108,7 @@ enum ELCaseSensitivity : int { CASE_INSENSITIVE = 0, CASE_SENSITIVE = 1 };
 enum ELProbeResult : int { PROBE_UNREACHABLE = 2, PROBE_REACHABLE = 4 };
 
 /// What a dump holds.
-enum ELDumpData : int { DUMP_BOTH = 0, DUMP_STRUCTURE = 1, DUMP_DATA = 2 };
+enum ELDumpData : int { DUMP_DATA = 0, DUMP_STRUCTURE = 1, DUMP_BOTH = 2 };
 
 /// Dump formats by number; SQL is the only one of this engine.
 enum ELDumpKind : int { DUMP_KIND_SQL = 5 };
