@@ -27,6 +27,7 @@ protected:
     {
         if (m_database)
             m_database->Close().Force();
+        connection->DeleteAllChildren(); // also those that never opened
         HF::SetErrorLogSink({});
         HF::SetQueryLogSink({});
     }
