@@ -7,7 +7,7 @@ say() { printf '%s\n' "$*" >&2; }
 
 # Packages that a build needs, by Debian's names.
 build_packages="g++ cmake ninja-build mold ccache qt6-base-dev libqt6core5compat6-dev qt6-tools-dev
-  qt6-tools-dev-tools qt6-l10n-tools libqscintilla2-qt6-dev libqt6svg6-dev libgl-dev libgtest-dev libbenchmark-dev
+  qt6-tools-dev-tools qt6-l10n-tools libqscintilla2-qt6-dev libqt6svg6 libgl-dev libgtest-dev libbenchmark-dev
   ca-certificates binutils"
 
 install_packages() { # names
