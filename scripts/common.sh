@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 say() { printf '%s\n' "$*" >&2; }
 
 # Packages that a build needs, by Debian's names.
-build_packages="g++ cmake ninja-build mold ccache qt6-base-dev libqt6core5compat6-dev qt6-tools-dev
+build_packages="g++ cmake ninja-build mold ccache qt6-base-dev qt6-5compat-dev qt6-tools-dev
   qt6-tools-dev-tools qt6-l10n-tools libqscintilla2-qt6-dev libqt6svg6 libgl-dev libgtest-dev libbenchmark-dev
   ca-certificates binutils"
 
