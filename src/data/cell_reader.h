@@ -14,11 +14,16 @@ public:
     /// May use the bytes of `cell` only during the call.
     void Append(nub::I_Value& cell);
 
-private:
-    HF::I_LSqlValue* MakeValue(nub::I_Value& cell);
     HF::I_LSqlValue* MakeNull();
     HF::I_LSqlValue* MakeEmpty();
 
+private:
+    using Maker = HF::I_LSqlValue* (*)(CellReader&, nub::I_Value&);
+    static Maker MakerFor(const nub::I_Value& cell);
+
+    /// The kernel fills one object again and again; how it is read is found once.
+    const nub::I_Value* m_cell = nullptr;
+    Maker m_make = nullptr;
     orbDuckDB_Field& m_column;
     RcList<HF::I_LSqlValue>& m_values;
     rc::Ptr<HF::I_LSqlValue> m_null; ///< shared by all nulls of the column
