@@ -17,6 +17,12 @@ public:
     String() = default;
     String(const QString& text) : m_text(text) {}
     String(const char* utf8) : m_text(QString::fromUtf8(utf8)) {}
+    /// The text of a literal, whose characters are used where they stand.
+    template <std::size_t N>
+    static String fromStatic(const char16_t (&literal)[N])
+    {
+        return String(QString(QStringPrivate(nullptr, const_cast<char16_t*>(literal), N - 1)));
+    }
 
     bool empty() const { return m_text.isEmpty(); }
     std::size_t length() const { return static_cast<std::size_t>(m_text.size()); }
