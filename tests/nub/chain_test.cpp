@@ -310,6 +310,7 @@ TEST(Session, TellsHowFarAQueryIs)
 {
     const DatabasePtr db = OpenMemory();
     EXPECT_EQ(db->get_Progress(), -1);
+    Script(*db, "SET enable_progress_bar=true; SET enable_progress_bar_print=false");
     Script(*db, "CREATE TABLE big AS SELECT range AS i FROM range(1000000)");
     std::atomic<bool> stop{false};
     double most = -1;

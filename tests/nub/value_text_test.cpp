@@ -215,6 +215,8 @@ TEST_P(ValueTextTest, NestedAsTheEngineCasts)
     std::vector<const char*> shapes = {
              "[x, NULL, x]",
              "CASE WHEN x IS NULL THEN NULL ELSE [[x], [], NULL] END",
+             "[x][2:]",
+             "CASE WHEN x IS NULL THEN NULL ELSE CAST(MAP {} AS MAP(INTEGER, VARCHAR)) END",
              "array_value(x, NULL, x)",
              "{'k': x, 'a b': x, 'select': 1, 'q\"q': 1}",
              "union_value(k := x)",

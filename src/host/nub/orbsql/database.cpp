@@ -4,6 +4,7 @@
 #include "nub/orbsql/backup.h"
 #include "nub/orbsql/cursor.h"
 #include "nub/orbsql/database_files.h"
+#include "nub/orbsql/literal_rows.h"
 #include "nub/orbsql/result_chain.h"
 #include "nub/orbsql/statement.h"
 
@@ -164,6 +165,26 @@ void Database::SqlExecute(const String& script, const ValueArray& binds)
 
 I_Cursor* Database::SqlSelect(const String& query, int, const ValueArray& binds)
 {
+    std::shared_ptr<Rows> rows = SelectRows(query, binds);
+    return rows ? new Cursor(std::move(rows)) : nullptr;
+}
+
+I_LiteralRows* Database::SelectLiterals(const String& query, std::function<bool(char32_t)> canWrite)
+{
+    std::shared_ptr<Rows> rows = SelectRows(query, {});
+    if (!rows)
+        throw xException("The query gives no rows");
+    return new LiteralRows(std::move(rows), std::move(canWrite));
+}
+
+I_DuckDBDatabase* Database::OpenFurther()
+{
+    return new Database(m_path, Session::Further(*Opened()));
+}
+
+/// The rows of the query's last statement; null without any.
+std::shared_ptr<Rows> Database::SelectRows(const String& query, const ValueArray& binds) const
+{
     TextRun run(Opened(), query, &binds);
     Outcome outcome;
     // Some single statements of SQL are several for the engine; the last has the rows.
@@ -173,7 +194,7 @@ I_Cursor* Database::SqlSelect(const String& query, int, const ValueArray& binds)
         if (outcome.failed)
             throw xException(outcome.error);
     }
-    return outcome.rows ? new Cursor(std::move(outcome.rows)) : nullptr;
+    return std::move(outcome.rows);
 }
 
 I_Result* Database::SqlExecute(const String& text, int, const ValueArray* binds)
@@ -193,6 +214,28 @@ double Database::get_Progress() const
 {
     const std::shared_ptr<Session> session = Current();
     return session ? session->get_Progress() : -1;
+}
+
+namespace {
+
+/// Gives back when it goes.
+class HeldSession final : public Counted<I_Counted>
+{
+public:
+    explicit HeldSession(std::shared_ptr<Session> session) : m_session(std::move(session)), m_hold(m_session->Hold()) {}
+
+private:
+    ~HeldSession() override = default;
+
+    std::shared_ptr<Session> m_session;
+    SessionHold m_hold;
+};
+
+} // namespace
+
+I_Counted* Database::Hold()
+{
+    return new HeldSession(Opened());
 }
 
 smart_ptr<I_DuckDBDatabase> CreateDuckDBDatabase(smart_ptr<I_Disk_Location> location)

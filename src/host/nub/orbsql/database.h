@@ -11,6 +11,8 @@ class Database final : public Counted<I_DuckDBDatabase>
 {
 public:
     explicit Database(String path) : m_path(std::move(path)) {}
+    /// Open with this session.
+    Database(String path, std::shared_ptr<Session> session) : m_path(std::move(path)), m_session(std::move(session)) {}
 
     bool Exists() const override;
     void SetMotherDuckAccess(String token, String userAgent) override;
@@ -29,6 +31,9 @@ public:
     I_Statement* Prepare(const String& text) override;
     void Interrupt() override;
     double get_Progress() const override;
+    I_Counted* Hold() override;
+    I_DuckDBDatabase* OpenFurther() override;
+    I_LiteralRows* SelectLiterals(const String& query, std::function<bool(char32_t)> canWrite) override;
 
 private:
     ~Database() override;
@@ -38,6 +43,7 @@ private:
     /// The session; throws xException while closed.
     std::shared_ptr<Session> Opened() const;
     void OpenSession(const Location& location);
+    std::shared_ptr<Rows> SelectRows(const String& query, const ValueArray& binds) const;
 
     const String m_path;
     std::mutex m_openMutex;     ///< held while the session is opened or closed

@@ -5,6 +5,10 @@
 #include "nub/exception.h"
 #include "nub/value.h"
 
+#include <functional>
+#include <optional>
+#include <string_view>
+
 namespace nub::orbsql {
 
 /// One field of a cursor's current record.
@@ -46,6 +50,29 @@ public:
 
 protected:
     ~I_Cursor() = default;
+};
+
+/// Rows of one query as SQL literals in UTF-8, forward, chunk by chunk: each
+/// literal reads back as the very same value where the engine casts it to the
+/// column's type. Holds the session until the last chunk has been passed. One
+/// thread at a time.
+class I_LiteralRows : public I_Counted
+{
+public:
+    virtual int get_ColumnCount() const = 0;
+    /// A column of bytes (BLOB), whose cells GetBytes gives as well.
+    virtual bool IsBytes(int column) const = 0;
+    /// To the next chunk; false at the end. Throws xException when the engine fails.
+    virtual bool NextChunk() = 0;
+    /// Rows of the current chunk.
+    virtual std::size_t get_RowCount() const = 0;
+    /// Appends the cells `first` to `first + count - 1` of a row of the chunk, ", " between them.
+    virtual void AppendCells(std::string& out, std::size_t row, int first, int count) = 0;
+    /// The cell of a column of bytes, nothing for null; valid until the next chunk.
+    virtual std::optional<std::string_view> GetBytes(int column, std::size_t row) const = 0;
+
+protected:
+    ~I_LiteralRows() = default;
 };
 
 /// Bits of I_Result::get_Status.
@@ -132,8 +159,20 @@ public:
     virtual I_Statement* Prepare(const String& text) = 0;
     /// Ends the statement that runs, if one does; from any thread, never waits.
     virtual void Interrupt() = 0;
-    /// Share of the running query done, 0 to 100, or -1 when unknown; any thread.
+    /// Share of the running query done, 0 to 100, or -1 when unknown; any thread. The
+    /// engine counts only in a session that has `enable_progress_bar` set (and
+    /// `enable_progress_bar_print` off): that may slow a query of many parts by a fifth.
     virtual double get_Progress() const = 0;
+    /// Keeps all other threads out of the session until the result is released, so
+    /// that nobody's statement gets into a transaction of several texts; the calling
+    /// thread goes on using it. Waits for its turn. The caller owns the reference.
+    virtual I_Counted* Hold() = 0;
+    /// A further session on the open database, with settings, transactions and
+    /// temporary objects of its own. The caller owns the reference.
+    virtual I_DuckDBDatabase* OpenFurther() = 0;
+    /// Runs one query for its rows as literals. Code points that `canWrite`
+    /// refuses are written as chr(); an empty function allows all.
+    virtual I_LiteralRows* SelectLiterals(const String& query, std::function<bool(char32_t)> canWrite) = 0;
 
 protected:
     ~I_DuckDBDatabase() = default;

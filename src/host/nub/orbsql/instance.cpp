@@ -193,6 +193,13 @@ InstanceRef InstanceRef::Open(const Location& location, const OpenOptions& optio
     return InstanceRef(std::move(slot));
 }
 
+InstanceRef InstanceRef::Share() const
+{
+    const std::lock_guard lock(m_slot->mutex);
+    ++m_slot->sessions;
+    return InstanceRef(m_slot);
+}
+
 void InstanceRef::Release() noexcept
 {
     if (!m_slot)

@@ -45,6 +45,8 @@ public:
 
     /// Opens or joins. Throws xException with the engine's text, unscrubbed.
     static InstanceRef Open(const Location& location, const OpenOptions& options);
+    /// A further share of the same instance.
+    InstanceRef Share() const;
     /// Leaves; the last one closes the instance and so frees the file.
     void Release() noexcept;
 

@@ -19,6 +19,7 @@ enum class Road : std::uint8_t {
     Decimal16, Decimal32, Decimal64, Decimal128, HugeInt, UHugeInt, Timestamp, TimestampS, TimestampMs, TimestampNs,
     TimestampUtc, TimeTz, TimeNs, Interval, Uuid, Bits, Enum8, Enum16, Enum32,
     Engine,
+    Elements, ///< LIST and MAP: the engine's text, but for those without elements
 };
 
 Road DecimalRoad(duckdb_logical_type type)
@@ -77,6 +78,8 @@ Road RoadOf(duckdb_logical_type type, const SessionSettings& settings)
     case DUCKDB_TYPE_UUID: return Road::Uuid;
     case DUCKDB_TYPE_BIT: return Road::Bits;
     case DUCKDB_TYPE_ENUM: return EnumRoad(type);
+    case DUCKDB_TYPE_LIST:
+    case DUCKDB_TYPE_MAP: return Road::Elements;
     default: return Road::Engine;
     }
 }
@@ -187,7 +190,7 @@ RowReader::RowReader(duckdb_result& result, SessionSettings settings)
             column.width = duckdb_decimal_width(column.type);
             column.scale = duckdb_decimal_scale(column.type);
         }
-        if (column.road == Road::Engine) {
+        if (column.road == Road::Engine || column.road == Road::Elements) {
             column.engineIndex = m_engineColumns.size();
             m_engineColumns.push_back(static_cast<int>(i));
         }
@@ -236,7 +239,7 @@ void RowReader::SetChunk(duckdb_data_chunk chunk)
         Column& column = m_columns[i];
         column.data = nullptr;
         column.validity = nullptr;
-        // Nested vectors have no plain data; the engine sees to those.
+        // Most nested vectors have no plain data; the engine sees to those.
         if (!chunk || column.road == Road::Engine)
             continue;
         const duckdb_vector vector = duckdb_data_chunk_get_vector(chunk, i);
@@ -355,6 +358,21 @@ I_Value* RowReader::ReadEngineText(Column& column, idx_t row)
     return value;
 }
 
+/// The engine's catalogue has columns of lists and maps that hold nothing in most
+/// files; their texts are not worth the engine's service.
+I_Value* RowReader::ReadElements(Column& column, idx_t row)
+{
+    const bool isNull = column.IsNull(row);
+    if (!isNull && column.At<duckdb_list_entry>(row).length > 0)
+        return ReadEngineText(column, row);
+    Value_String* const value = Vacant<Value_String>(column);
+    if (isNull)
+        value->AssignNull();
+    else
+        value->Renew() = duckdb_get_type_id(column.type) == DUCKDB_TYPE_MAP ? u"{}" : u"[]";
+    return value;
+}
+
 I_Value* RowReader::Read(int index, idx_t row)
 {
     I_Value* const value = Peek(index, row);
@@ -386,6 +404,7 @@ I_Value* RowReader::Peek(int index, idx_t row)
     case Road::Enum16:
     case Road::Enum32: return ReadText(column, row);
     case Road::Engine: return ReadEngineText(column, row);
+    case Road::Elements: return ReadElements(column, row);
     default: return ReadFormatted<Value_String>(column, row);
     }
 }

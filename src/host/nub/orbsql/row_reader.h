@@ -57,6 +57,7 @@ private:
     template <class V> I_Value* ReadFormatted(Column& column, idx_t row);
     I_Value* ReadText(Column& column, idx_t row);
     I_Value* ReadEngineText(Column& column, idx_t row);
+    I_Value* ReadElements(Column& column, idx_t row);
     I_Value* ReadBytes(Column& column, idx_t row);
     static void ReadWords(Column& column);
     EngineText& Engine();

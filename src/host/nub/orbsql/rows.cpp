@@ -24,6 +24,15 @@ Rows::~Rows()
     EndResult();
 }
 
+std::vector<TypeHandle> Rows::ColumnTypes()
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<TypeHandle> types;
+    for (idx_t i = 0, count = m_result ? duckdb_column_count(&m_result->get()) : 0; i < count; ++i)
+        types.emplace_back(duckdb_column_logical_type(&m_result->get(), i));
+    return types;
+}
+
 void Rows::EndResult() noexcept
 {
     if (!m_result)

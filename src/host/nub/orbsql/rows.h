@@ -18,6 +18,10 @@ public:
     ~Rows();
 
     RowReader& Reader() noexcept { return *m_reader; }
+    /// The types of the columns; only before the first chunk.
+    std::vector<TypeHandle> ColumnTypes();
+    /// The current chunk, or null.
+    duckdb_data_chunk Chunk() const noexcept { return m_current.get(); }
     /// To the next chunk; false at the end. Throws xException with the engine's text.
     bool NextChunk();
     /// Rows of the current chunk.

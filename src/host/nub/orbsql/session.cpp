@@ -77,6 +77,24 @@ std::shared_ptr<Session> Session::Open(const Location& location, const OpenOptio
     return session;
 }
 
+std::shared_ptr<Session> Session::Further(const Session& other)
+{
+    InstanceRef instance;
+    {
+        const std::lock_guard lock(other.m_handleMutex);
+        if (!other.m_connection)
+            throw xException("The database is not open");
+        instance = other.m_instance.Share();
+    }
+    std::shared_ptr<Session> session(new Session(std::move(instance), other.m_token));
+    session->m_connection = session->Connect();
+    session->m_readOnly = other.m_readOnly;
+    session->m_databaseName = other.m_databaseName;
+    session->m_filePath = other.m_filePath;
+    session->m_walPath = other.m_walPath;
+    return session;
+}
+
 Session::~Session() { Close(); }
 
 ConnectionHandle Session::Connect() const
@@ -103,9 +121,6 @@ void Session::ReadFacts(const Location& location)
             m_walPath = std::filesystem::absolute(location.path, error).string() + ".wal";
         }
     }
-    // Without it the engine keeps no count of what a query has done.
-    RunQuery(m_connection.get(), "SET enable_progress_bar=true");
-    RunQuery(m_connection.get(), "SET enable_progress_bar_print=false");
 }
 
 void Session::Close() noexcept

@@ -60,6 +60,8 @@ class Session : public std::enable_shared_from_this<Session>
 public:
     /// Throws xException.
     static std::shared_ptr<Session> Open(const Location& location, const OpenOptions& options);
+    /// A session of its own on the other one's instance. Throws xException.
+    static std::shared_ptr<Session> Further(const Session& other);
     ~Session();
 
     SessionHold Hold() const { return SessionHold(m_lock); }
