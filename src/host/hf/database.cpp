@@ -189,13 +189,23 @@ void LDatabase::DeleteSchemaCache()
         list->Clear();
 }
 
-rc::Ptr<LTask> LDatabase::LoadDump(const QString&, const QString&, QPointer<QWidget>, LTaskProgress)
+QPointer<QWidget> LDatabase::CreateMakeDumpPage(int)
+{
+    return nullptr;
+}
+
+QPointer<QWidget> LDatabase::CreateLoadDumpPage(int)
+{
+    return nullptr;
+}
+
+rc::Ptr<LTask> LDatabase::LoadDump(const QString&, const QString&, QPointer<QWidget>, LLoadProgress)
 {
     return nullptr;
 }
 
 rc::Ptr<LTask> LDatabase::MakeDump(const QString&, int, ELDumpData, const QString&, QPointer<QWidget>,
-                                   const RcList<LTreeItem>&, LTaskProgress)
+                                   const RcList<LTreeItem>&, LDumpProgress)
 {
     return nullptr;
 }

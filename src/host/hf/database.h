@@ -75,11 +75,15 @@ public:
     /// Forgets the idents and all catalogue objects.
     void DeleteSchemaCache();
     void UpdateDefaultSchemasAction(QAction& action) override {}
+    /// The engine's options page for making a dump of a format, and for loading one;
+    /// null where there is none. Owned by its later parent. Main thread.
+    virtual QPointer<QWidget> CreateMakeDumpPage(int kind);
+    virtual QPointer<QWidget> CreateLoadDumpPage(int kind);
     /// A task that loads a dump; null when the engine has none. `page` is the options page of the wizard.
     virtual rc::Ptr<LTask> LoadDump(const QString& path, const QString& encoding, QPointer<QWidget> page,
-                                    LTaskProgress progress);
+                                    LLoadProgress progress);
     virtual rc::Ptr<LTask> MakeDump(const QString& path, int kind, ELDumpData data, const QString& encoding,
-                                    QPointer<QWidget> page, const RcList<LTreeItem>& selection, LTaskProgress progress);
+                                    QPointer<QWidget> page, const RcList<LTreeItem>& selection, LDumpProgress progress);
 
     /// Actions that need windows do not show without them.
     static rc::Ref<LAction> ActionOpenQueryEditor();

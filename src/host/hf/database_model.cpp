@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hf/database_model.h"
 
+#include "hf/database.h"
 #include "hf/engine.h"
-#include "hf/schema_object.h"
+#include "hf/model_object.h"
 
 namespace HF {
 
@@ -71,6 +72,34 @@ LVariant I_LDatabaseModel::ShowPropertyEditor(const rc::Ref<I_LSchemaObject>&, i
 }
 
 void I_LDatabaseModel::UpdateDependentProperties(const rc::Ref<I_LSchemaObject>&, int) const {}
+
+QList<LQueryNode> I_LDatabaseModel::GetChangeNodes(const rc::Ref<const I_LModelObject>&) const
+{
+    return {};
+}
+
+QStringList I_LDatabaseModel::GetChangeProblems(const rc::Ref<const I_LModelObject>&) const
+{
+    return {};
+}
+
+QStringList I_LDatabaseModel::GetChangeWarnings(const rc::Ref<const I_LModelObject>&) const
+{
+    return {};
+}
+
+QList<LQueryNode> I_LDatabaseModel::GetChangeNodesOf(const RcList<I_LModelObject>& objects) const
+{
+    QList<LQueryNode> nodes;
+    for (const rc::Ref<I_LModelObject>& object : objects)
+        nodes += GetChangeNodes(object);
+    return nodes;
+}
+
+std::pair<QStringList, QStringList> I_LDatabaseModel::GetChangeFrame(const rc::Ref<I_LDatabase>&) const
+{
+    return {};
+}
 
 LQueryNode I_LDatabaseModel::MakeNode(const rc::Ref<const I_LSchemaObject>& object, ELQueryKind kind, int property,
                                       const LVariant& value)

@@ -11,6 +11,7 @@
 namespace HF {
 
 class I_LDatabase;
+class I_LModelObject;
 class I_LSchemaObject;
 
 /// Turns requests on an object into statements; one stateless object a kind.
@@ -47,7 +48,22 @@ public:
     /// Property -1 means all.
     virtual void UpdateDependentProperties(const rc::Ref<I_LSchemaObject>& object, int property) const;
 
-protected:
+    /// What the pending changes of a model object and of what is part of it come to,
+    /// in the order in which it must run; an object that is to be created or dropped
+    /// gives its creation or its end.
+    virtual QList<LQueryNode> GetChangeNodes(const rc::Ref<const I_LModelObject>& object) const;
+    /// Why the pending changes of a model object cannot be made, one text a reason.
+    virtual QStringList GetChangeProblems(const rc::Ref<const I_LModelObject>& object) const;
+    /// What the pending changes of a model object would lose: rows, values, other
+    /// objects. May ask the database.
+    virtual QStringList GetChangeWarnings(const rc::Ref<const I_LModelObject>& object) const;
+    /// What the pending changes of several objects of the kind come to, in the order
+    /// in which they must run. The base takes one after the other.
+    virtual QList<LQueryNode> GetChangeNodesOf(const RcList<I_LModelObject>& objects) const;
+    /// Statements of a database that run before the transaction of a structure
+    /// change, and after it however it ended; failures of theirs change nothing.
+    virtual std::pair<QStringList, QStringList> GetChangeFrame(const rc::Ref<I_LDatabase>& database) const;
+
     /// One node with the arguments of a request and no statement.
     static LQueryNode MakeNode(const rc::Ref<const I_LSchemaObject>& object, ELQueryKind kind, int property,
                                const LVariant& value);

@@ -360,7 +360,9 @@ LLazy<bool, true> LDatabaseObject_Impl::UpdatePropertyImpl(int id)
 
 LLazy<bool, true> LDatabaseObject_Impl::UpdatePropertyIfNeed(int id)
 {
-    if (HasProperty(id))
+    const std::optional<LProperty> known = HasProperty(id);
+    // A selection that is only declared holds its choices.
+    if (known && (id != PROP_LINK_CARDINALITY || !known->selection.isEmpty()))
         return true;
     return UpdatePropertyImpl(id);
 }

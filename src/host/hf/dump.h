@@ -2,25 +2,17 @@
 #pragma once
 
 #include "hf/enums.h"
-#include "hf/export.h"
-#include "rc/ref.h"
+#include "hf/task.h"
 
 #include <functional>
 
 namespace HF {
 
-/// How far a task is: object, done, total.
-using LTaskProgress = std::function<void(unsigned long, unsigned long, unsigned long)>;
-
-/// Long work on a worker thread.
-class HF_EXPORT LTask : public rc::RefCounted
-{
-public:
-    /// Does the work on the calling thread; false when it failed or was interrupted.
-    virtual bool Run() = 0;
-    /// From any thread; seen within a statement.
-    virtual void Interrupt() = 0;
-};
+/// How far a dump is: number of the table, rows done, rows in all. The last two
+/// are -1 when the table begins and while they are not known.
+using LDumpProgress = std::function<void(long, long, long)>;
+/// How far a load is: bytes done, bytes in all (0 when not known), statements done.
+using LLoadProgress = std::function<void(unsigned long, unsigned long, unsigned long)>;
 
 /// Options of an SQL dump.
 struct HF_EXPORT LSQLDumpOptions

@@ -80,6 +80,9 @@ public:
     virtual QString GetTransactionBegin(const QString& name) const { return QStringLiteral("BEGIN;"); }
     virtual QString GetTransactionCommit(const QString& name) const { return QStringLiteral("COMMIT;"); }
     virtual QString GetTransactionRollback(const QString& name) const { return QStringLiteral("ROLLBACK;"); }
+    /// A query that gives the same text twice within a transaction only, and fails in
+    /// one that has been aborted. Empty: a session always looks free of transactions.
+    virtual QString GetTransactionProbe() const { return QString(); }
     virtual bool IsValidName(const QString& name) const { return !name.isEmpty(); }
     virtual LLazy<bool, false> IsNeedQuote(const QString& name, const rc::Ptr<I_LConnection>& connection) const;
     virtual bool IsTransactable(const rc::Ref<const I_LSchemaObject>& object) const;

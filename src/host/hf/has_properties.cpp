@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hf/has_properties.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace HF {
 
-const char* const CATEGORY_INFORMATION = "Information";
-const char* const CATEGORY_GENERAL = "General";
+const char* const CATEGORY_INFORMATION = QT_TRANSLATE_NOOP("QObject", "Information");
+const char* const CATEGORY_GENERAL = QT_TRANSLATE_NOOP("QObject", "General");
 
 // The list.
 

@@ -11,4 +11,12 @@ void LIdent::Append(ELDbObjType type, const QString& name)
     m_elements.append(Element{type, name});
 }
 
+LIdent LIdent::FromElements(QList<Element> elements, QString fullName)
+{
+    LIdent ident;
+    ident.m_elements = std::move(elements);
+    ident.m_fullName = std::move(fullName);
+    return ident;
+}
+
 } // namespace HF

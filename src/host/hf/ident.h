@@ -21,6 +21,8 @@ public:
     };
 
     void Append(ELDbObjType type, const QString& name);
+    /// A whole path at once; `fullName` is its names joined by ".".
+    static LIdent FromElements(QList<Element> elements, QString fullName);
     const QList<Element>& get_Elements() const { return m_elements; }
     bool IsEmpty() const { return m_elements.isEmpty(); }
     ELDbObjType get_Type() const { return m_elements.isEmpty() ? DBOBJ_UNKNOWN : m_elements.last().type; }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hf/parser.h"
 
+#include <QObject>
+
 namespace HF {
 
 namespace {
@@ -31,10 +33,31 @@ bool LParser::Parse(const QString& text)
     m_text = text;
     m_idents.clear();
     m_lists.clear();
+    m_places.clear();
+    m_words.clear();
+    m_failedAt = -1;
     m_offset = 0;
     NextToken();
     bool stopped = false;
-    return Match(0, m_pattern.size(), stopped);
+    m_matched = Match(0, m_pattern.size(), stopped);
+    return m_matched;
+}
+
+QString LParser::get_Error() const
+{
+    if (m_matched)
+        return QString();
+    if (m_failedAt < 0 || m_failedAt >= m_text.size())
+        return QObject::tr("The text ends too early.");
+    constexpr qsizetype Shown = 30;
+    const QString rest = m_text.mid(m_failedAt).section(u'\n', 0, 0);
+    return QObject::tr("Unexpected text: %1").arg(rest.size() > Shown ? rest.left(Shown) + QChar(0x2026) : rest);
+}
+
+bool LParser::Fail()
+{
+    m_failedAt = std::max(m_failedAt, m_start);
+    return false;
 }
 
 bool LParser::NextToken()
@@ -167,24 +190,29 @@ bool LParser::Match(qsizetype from, qsizetype to, bool& stopped)
             const auto savedOffset = m_offset;
             const auto savedIdents = m_idents;
             const auto savedLists = m_lists;
+            const auto savedPlaces = m_places;
+            const auto savedWords = m_words;
             if (!Match(i + 1, close, stopped)) {
                 m_token = savedToken;
                 m_start = savedStart;
                 m_offset = savedOffset;
                 m_idents = savedIdents;
                 m_lists = savedLists;
+                m_places = savedPlaces;
+                m_words = savedWords;
                 stopped = false;
             }
             i = close;
             continue;
         }
         if (AtEnd() || !ProcessToken())
-            return false;
+            return Fail();
         if (element.size() > 1 && element.startsWith(u'%')) {
             const QChar first = m_token.front();
             if (!IsWordStart(first) && first != u'"' && first != u'`')
-                return false;
+                return Fail();
             m_idents.insert(element.mid(1), Unquote(m_token));
+            m_places.insert(element.mid(1), {m_start + (IsQuote(first) ? 1 : 0), m_offset});
             NextToken();
         } else if (element.size() > 1 && element.startsWith(u'#')) {
             m_lists.insert(element.mid(1), ReadList());
@@ -192,7 +220,8 @@ bool LParser::Match(qsizetype from, qsizetype to, bool& stopped)
                 return i + 1 < to && m_pattern[i + 1] == u"@STOP" ? (stopped = true) : false;
         } else {
             if (m_token.compare(element, Qt::CaseInsensitive) != 0)
-                return false;
+                return Fail();
+            m_words.insert(element, m_start);
             NextToken();
         }
     }

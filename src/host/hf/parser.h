@@ -30,6 +30,15 @@ public:
     bool Parse(const QString& text);
     QString get_Ident(const QString& name) const { return m_idents.value(name); }
     QStringList get_List(const QString& name) const { return m_lists.value(name); }
+    /// Where the identifier matched at %name begins, behind its opening quote when it
+    /// has one; -1 when it is absent.
+    qsizetype get_IdentPosition(const QString& name) const { return m_places.value(name, {-1, -1}).first; }
+    /// The place behind the identifier, and behind its closing quote.
+    qsizetype get_IdentEndPosition(const QString& name) const { return m_places.value(name, {-1, -1}).second; }
+    /// Where a word of the pattern, in capitals, stands in the text; -1 when it does not.
+    qsizetype get_TokenPosition(const QString& word) const { return m_words.value(word, -1); }
+    /// Why the last Parse answered false, for the user; empty otherwise.
+    QString get_Error() const;
 
 protected:
     /// Looks at each token before the pattern does; false ends the parse.
@@ -58,6 +67,7 @@ protected:
 private:
     /// Matches the pattern elements [from, to) and moves `from` behind the match.
     bool Match(qsizetype from, qsizetype to, bool& stopped);
+    bool Fail();
     qsizetype ClosingBracket(qsizetype open) const;
 
     QStringList m_pattern;
@@ -67,6 +77,10 @@ private:
     qsizetype m_offset = 0;
     QHash<QString, QString> m_idents;
     QHash<QString, QStringList> m_lists;
+    QHash<QString, std::pair<qsizetype, qsizetype>> m_places; ///< of identifiers
+    QHash<QString, qsizetype> m_words;
+    qsizetype m_failedAt = -1; ///< the farthest token that did not fit
+    bool m_matched = true;
 };
 
 } // namespace HF

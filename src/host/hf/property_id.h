@@ -17,6 +17,9 @@ struct HF_EXPORT LPropertyID
     /// Short name of a number, such as "Default schemas"; "Property N" for unknown
     /// ones. Untranslated: also part of stored keys.
     static QString GetPropertyName(int id);
+
+    /// The name in the user's language, for the eye.
+    static QString GetPropertyTitle(int id);
 };
 
 } // namespace HF

@@ -4,6 +4,7 @@
 #include "hf/database.h"
 #include "hf/engine.h"
 #include "hf/log.h"
+#include "hf/open_transaction.h"
 #include "hf/sql_text.h"
 
 namespace HF {
@@ -48,11 +49,16 @@ QStringList FlattenQueryNodes(const QList<LQueryNode>& nodes)
 bool RunStatements(const rc::Ref<I_LDatabase>& database, const QStringList& statements, bool transactable)
 {
     const LDatabaseEngine* engine = database->get_DatabaseEngine();
-    const qsizetype together = std::count_if(statements.begin(), statements.end(),
-                                             [](const QString& text) { return !IsSingleOperation(text); });
+    qsizetype together = 0;
+    for (const QString& text : statements)
+        if (!IsSingleOperation(text))
+            together += SplitStatements(text).size();
     // A lone statement is atomic by itself, and a BEGIN would break a transaction
     // that the user has open.
     const bool inTransaction = transactable && engine && together > 1;
+    const bool begins = inTransaction || std::any_of(statements.begin(), statements.end(), IsSingleOperation);
+    if (begins && RefuseInTransaction(database))
+        return false;
     const auto command = [&](const QString& text) {
         return IsQuerySuccess(database->SqlQuery(text, QUERY_DEFAULT, {}, CURSOR_CLIENT, LOCK_OPTIMISTIC,
                                                  CURSOR_FORWARD));

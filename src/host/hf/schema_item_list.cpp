@@ -6,6 +6,7 @@
 #include "hf/row_reading.h"
 #include "hf/services.h"
 
+#include <QCoreApplication>
 #include <QSet>
 
 namespace HF {
@@ -71,6 +72,23 @@ QString LSchemaItemList::get_Name() const
     QString name = PluralStr(m_info.word);
     if (!name.isEmpty())
         name[0] = name[0].toUpper();
+    return name;
+}
+
+QString LSchemaItemList::get_NameForViews() const
+{
+    static const char* const names[] = {
+        QT_TRANSLATE_NOOP("QObject", "Checks"),    QT_TRANSLATE_NOOP("QObject", "Databases"),
+        QT_TRANSLATE_NOOP("QObject", "Fields"),    QT_TRANSLATE_NOOP("QObject", "Functions"),
+        QT_TRANSLATE_NOOP("QObject", "Indexes"),   QT_TRANSLATE_NOOP("QObject", "Links"),
+        QT_TRANSLATE_NOOP("QObject", "Methods"),   QT_TRANSLATE_NOOP("QObject", "Schemas"),
+        QT_TRANSLATE_NOOP("QObject", "Sequences"), QT_TRANSLATE_NOOP("QObject", "Tables"),
+        QT_TRANSLATE_NOOP("QObject", "Uniques"),   QT_TRANSLATE_NOOP("QObject", "Views"),
+    };
+    const QString name = get_Name();
+    for (const char* known : names)
+        if (name == QLatin1String(known))
+            return QObject::tr(known);
     return name;
 }
 

@@ -48,6 +48,8 @@ public:
     /// The plural of the item word, "Tables".
     QString get_Name() const override;
     QString get_NameQuoted() const override { return get_Name(); }
+    /// The name in the user's language.
+    QString get_NameForViews() const override;
     bool get_CanHasChildren() const override { return true; }
     RcList<LTreeItem> get_Children() const override;
     LLazy<QString, false> get_Icon() const override;

@@ -4,6 +4,7 @@
 #include "hf/database.h"
 #include "hf/engine.h"
 #include "hf/schema_item_list.h"
+#include "hf/table_cursor.h"
 
 namespace HF {
 
@@ -86,6 +87,11 @@ rc::Ptr<I_LSchemaObject> I_LSchemaObject::ResolveIdent(const LIdent& ident) cons
             for (const rc::Ref<I_LSchemaObject>& schema : SchemasInOrder(get_Database(), schemas))
                 if (const rc::Ptr<I_LSchemaObject> found = schema->ResolveIdent(ident))
                     return found;
+    return nullptr;
+}
+
+rc::Ptr<I_LTableCursor> I_LSchemaObject::OpenCursor(int, bool, bool, bool)
+{
     return nullptr;
 }
 

@@ -24,6 +24,10 @@ public:
     /// State in a pending edit; an object of the catalogue exists and nothing else.
     virtual LVariant Evaluate(int what) const;
     virtual bool get_IsSystem() const { return false; }
+    /// A cursor over the rows of a table or view, with its keys, columns and, unless
+    /// `lazy`, its first window read. `mode` is kept for whoever asks. Main thread.
+    /// Null for objects without rows.
+    virtual rc::Ptr<I_LTableCursor> OpenCursor(int mode, bool rowIdWanted, bool lazy, bool readOnly);
 };
 
 class I_LTable;

@@ -24,6 +24,10 @@ public:
     virtual QList<LQueryResult> Execute(const QString& text, int flags, const RcList<I_LSqlValue>& binds) = 0;
     /// Prepares a statement, which later calls of Execute run instead of their text.
     virtual LQueryResult Prepare(const QString& text, int flags) = 0;
+    /// Keeps other threads out of the session while the result lives, for a
+    /// transaction of several texts; the calling thread goes on using it. Null when
+    /// the engine has no such thing.
+    virtual rc::Ptr<rc::RefCounted> HoldSession() { return nullptr; }
 };
 
 } // namespace HF

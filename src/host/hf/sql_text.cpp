@@ -22,6 +22,13 @@ bool IsNameUnit(QChar c)
     return c.isLetterOrNumber() || c == u'_' || c == u'$' || c.unicode() >= 128;
 }
 
+/// Whether the quote at `at` opens a string with backslash escapes.
+bool IsEscapeString(QStringView text, qsizetype at)
+{
+    return text[at] == u'\'' && at > 0 && (text[at - 1] == u'e' || text[at - 1] == u'E')
+           && (at < 2 || !IsNameUnit(text[at - 2]));
+}
+
 /// Behind the quote that closes a string or name opened at `at`.
 qsizetype SkipQuoted(QStringView text, qsizetype at, bool escapes)
 {
@@ -70,7 +77,9 @@ qsizetype SkipDollarQuoted(QStringView text, qsizetype at)
     return close < 0 ? text.size() : close + tag.size();
 }
 
-TextEnd ScanEnd(QStringView text)
+/// Goes through a text and tells `onSemicolon` of each semicolon outside quotes and comments.
+template <class Function>
+TextEnd Scan(QStringView text, Function onSemicolon)
 {
     TextEnd end;
     bool inName = false; // a dollar sign inside a name opens nothing
@@ -97,9 +106,7 @@ TextEnd ScanEnd(QStringView text)
         end.empty = false;
         end.closed = c == u';';
         if (c == u'\'' || c == u'"') {
-            const bool escapes = c == u'\'' && at > 0 && (text[at - 1] == u'e' || text[at - 1] == u'E')
-                                 && (at < 2 || !IsNameUnit(text[at - 2]));
-            at = SkipQuoted(text, at, escapes);
+            at = SkipQuoted(text, at, IsEscapeString(text, at));
             inName = false;
         } else if (c == u'$' && !inName) {
             const qsizetype behind = SkipDollarQuoted(text, at);
@@ -107,10 +114,17 @@ TextEnd ScanEnd(QStringView text)
             at = behind == at ? at + 1 : behind;
         } else {
             inName = IsNameUnit(c);
+            if (c == u';')
+                onSemicolon(at);
             ++at;
         }
     }
     return end;
+}
+
+TextEnd ScanEnd(QStringView text)
+{
+    return Scan(text, [](qsizetype) {});
 }
 
 const LDatabaseObject_Impl* DatabaseObject(const rc::Ptr<const LTreeItem>& item)
@@ -154,6 +168,92 @@ void FinishQuery(QString& text, int lineBreaks)
     }
     if (lineBreaks > 0)
         text += QString(lineBreaks, QLatin1Char('\n'));
+}
+
+bool IsSingleExpression(const QString& text)
+{
+    const QStringView view(text);
+    int depth = 0;
+    bool inName = false;
+    for (qsizetype at = 0; at < view.size();) {
+        const QChar c = view[at];
+        const QStringView pair = view.mid(at, 2);
+        if (c == u';' || (c == u')' && depth == 0))
+            return false;
+        if (c == u'\'' || c == u'"') {
+            const bool escapes = IsEscapeString(view, at);
+            const qsizetype behind = SkipQuoted(view, at, escapes);
+            if (behind == at + 1 || view[behind - 1] != c) // runs into the end
+                return false;
+            at = behind;
+        } else if (pair == u"--") {
+            const qsizetype lineEnd = view.indexOf(u'\n', at);
+            at = lineEnd < 0 ? view.size() : lineEnd;
+        } else if (pair == u"/*") {
+            at = SkipBlockComment(view, at);
+            if (at < 2 || view.mid(at - 2, 2) != u"*/")
+                return false;
+        } else if (c == u'$' && !inName) {
+            const qsizetype behind = SkipDollarQuoted(view, at);
+            if (behind == view.size() && behind > at && view[behind - 1] != u'$')
+                return false;
+            at = behind == at ? at + 1 : behind;
+        } else {
+            depth += c == u'(' ? 1 : c == u')' ? -1 : 0;
+            ++at;
+        }
+        inName = IsNameUnit(c);
+    }
+    return depth == 0;
+}
+
+QString ShiftPlaceholders(const QString& text, int offset)
+{
+    const QStringView view(text);
+    QString result;
+    bool inName = false;
+    for (qsizetype at = 0; at < view.size();) {
+        const QChar c = view[at];
+        const QStringView pair = view.mid(at, 2);
+        qsizetype behind = at + 1;
+        if (c == u'\'' || c == u'"') {
+            behind = SkipQuoted(view, at, IsEscapeString(view, at));
+        } else if (pair == u"--") {
+            const qsizetype lineEnd = view.indexOf(u'\n', at);
+            behind = lineEnd < 0 ? view.size() : lineEnd;
+        } else if (pair == u"/*") {
+            behind = SkipBlockComment(view, at);
+        } else if (c == u'$' && !inName) {
+            while (behind < view.size() && view[behind].isDigit())
+                ++behind;
+            if (behind > at + 1) {
+                result += u'$' + QString::number(view.mid(at + 1, behind - at - 1).toInt() + offset);
+                at = behind;
+                inName = false;
+                continue;
+            }
+            behind = std::max(behind, SkipDollarQuoted(view, at));
+        }
+        result += view.mid(at, behind - at);
+        inName = IsNameUnit(c);
+        at = behind;
+    }
+    return result;
+}
+
+QStringList SplitStatements(const QString& text)
+{
+    QStringList statements;
+    qsizetype start = 0;
+    const auto take = [&](qsizetype end) {
+        const QString piece = text.mid(start, end - start).trimmed();
+        if (!piece.isEmpty() && !ScanEnd(piece).empty)
+            statements.append(piece);
+        start = end + 1;
+    };
+    Scan(text, take);
+    take(text.size());
+    return statements;
 }
 
 QString QuoteName(const QString& name, const rc::Ptr<const LTreeItem>& item)

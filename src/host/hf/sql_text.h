@@ -18,6 +18,16 @@ class I_LDatabase;
 /// comment gets its semicolon on a line of its own.
 HF_EXPORT void FinishQuery(QString& text, int lineBreaks);
 
+/// True when the text, put between brackets, stays one expression: no semicolon and no
+/// bracket or quote that is not closed.
+HF_EXPORT bool IsSingleExpression(const QString& text);
+/// The text with `$1`, `$2`, ... counted on by `offset`, strings and names left alone.
+HF_EXPORT QString ShiftPlaceholders(const QString& text, int offset);
+
+/// The statements of a text, each without its semicolon; what holds nothing but
+/// comments is left out.
+HF_EXPORT QStringList SplitStatements(const QString& text);
+
 /// The name as a statement of the item's database writes it: bare, or in double quotes where
 /// the engine needs them.
 HF_EXPORT QString QuoteName(const QString& name, const rc::Ptr<const LTreeItem>& item);
