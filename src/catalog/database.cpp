@@ -43,7 +43,7 @@ HF::LLazy<QList<HF::LIdent>, false> IdentsBody(orbDuckDB_Database* database, Bod
         const rc::Ptr<orbDuckDB_Database> alive = weak.lock();
         if (!alive)
             return QList<HF::LIdent>();
-        return ReadIdents(alive->SqlSelect(query(), HF::QUERY_SILENT_ERROR, {}, HF::CURSOR_CLIENT,
+        return ReadIdents(alive->SqlSelect(query(), HF::QUERY_DEFAULT, {}, HF::CURSOR_CLIENT,
                                            HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD));
     });
 }
@@ -71,7 +71,10 @@ orbDuckDB_Database::orbDuckDB_Database(const rc::Ref<HF::I_LConnection>& connect
     InitVirtualLinks();
 }
 
-orbDuckDB_Database::~orbDuckDB_Database() = default;
+orbDuckDB_Database::~orbDuckDB_Database()
+{
+    EndWarming();
+}
 
 // Properties
 
@@ -204,6 +207,7 @@ bool orbDuckDB_Database::CloseNow()
     NotifyScriptWatchers(HF::SCRIPT_EVENT_CLOSING);
     if (!m_engine.IsResolved())
         return true;
+    EndWarming();
     try {
         if (const Engine engine = m_engine.Force())
             engine->Close();
@@ -230,6 +234,7 @@ bool orbDuckDB_Database::ThrowOutNow()
     const rc::Ptr<HF::I_LConnection> connection = get_Connection();
     bool done = false;
     if (const Engine engine = m_engine.Force()) {
+        EndWarming();
         try {
             if (engine->IsOpen())
                 engine->Close();
@@ -271,6 +276,82 @@ HF::LLazy<void, true> orbDuckDB_Database::Flush()
         });
     }
     return m_flushTask;
+}
+
+void orbDuckDB_Database::WarmCatalog()
+{
+    const std::lock_guard guard(m_warmerMutex);
+    if (m_isWarm || get_IsClosing() || !m_engine.IsResolved())
+        return;
+    m_isWarm = true;
+    const Engine engine = m_engine.Force();
+    if (!engine)
+        return;
+    m_warmer = std::thread([engine] {
+        const KernelThread bracket;
+        try {
+            const auto further = Engine::adopt(engine->OpenFurther());
+            further->SqlExecute(nub::String::FromUtf8(Queries::AnyColumn), nub::ValueArray());
+            further->Close();
+        } catch (const nub::xException&) {
+            // Whoever asks for the columns will hear of it.
+        }
+    });
+}
+
+/// A session that is still open would keep the file.
+void orbDuckDB_Database::EndWarming()
+{
+    const std::lock_guard guard(m_warmerMutex);
+    if (m_warmer.joinable())
+        m_warmer.join();
+}
+
+rc::Ptr<orbDuckDB_Database> orbDuckDB_Database::OpenFurther()
+{
+    const Engine engine = m_engine.Force();
+    if (!engine)
+        return nullptr;
+    const auto further = Engine::adopt(engine->OpenFurther());
+    const QString catalog =
+        HF::EvaluateSQL(rc::self<HF::I_LDatabase>(this), QString::fromLatin1(Queries::CurrentCatalog)).value_or(QString());
+    const auto run = [&](const QString& text) { further->SqlExecute(KernelText::FromQString(text), nub::ValueArray()); };
+    if (!catalog.isEmpty())
+        run(QLatin1String("USE \"") + QString(catalog).replace(u'"', QLatin1String("\"\"")) + u'"');
+    const auto database = rc::make<orbDuckDB_Database>(rc::Ref<HF::I_LConnection>(get_Connection()), further,
+                                                       EngineLazy(further), m_storageKind, get_Path());
+    database->AssignPropertyValueSilent(PROP_SEARCH_PATH, QStringList());
+    if (catalog.isEmpty())
+        run(QStringLiteral("SET search_path = ''"));
+    return database;
+}
+
+void orbDuckDB_Database::EndFurther()
+{
+    try {
+        if (const Engine engine = m_engine.Force())
+            engine->Close();
+    } catch (...) {
+    }
+    Detach();
+}
+
+nub::smart_ptr<nub::orbsql::I_LiteralRows>
+orbDuckDB_Database::SelectLiterals(const QString& query, const std::function<bool(char32_t)>& canWrite)
+{
+    const Engine engine = m_engine.Force();
+    if (!engine)
+        throw nub::xException("The database is not open");
+    return nub::smart_ptr<nub::orbsql::I_LiteralRows>::adopt(
+        engine->SelectLiterals(KernelText::FromQString(query), canWrite));
+}
+
+void orbDuckDB_Database::InterruptSession()
+{
+    if (!m_engine.IsResolved())
+        return;
+    if (const Engine engine = m_engine.Force())
+        engine->Interrupt();
 }
 
 bool orbDuckDB_Database::Backup(const QString& folder)

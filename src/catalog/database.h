@@ -3,13 +3,19 @@
 
 #include "catalog/dumpable_database.h"
 #include "engine/engine_interfaces.h"
+#include "hf/catalog_warmer.h"
 #include "hf/database.h"
 #include "nub/orbsql/duckdb_database.h"
+
+#include <thread>
 
 /// One open DuckDB database: owner of the engine handle, root of the catalogue.
 /// The engine may still be opening in the background; a handle that resolves to
 /// null means that the open failed.
-class orbDuckDB_Database : public HF::LDatabase, public orb_I_DumpableDatabase, public orb_I_SearchPathCache
+class orbDuckDB_Database : public HF::LDatabase,
+                           public orb_I_DumpableDatabase,
+                           public orb_I_SearchPathCache,
+                           public HF::I_LCatalogWarmer
 {
 public:
     using Engine = nub::smart_ptr<nub::orbsql::I_DuckDBDatabase>;
@@ -38,16 +44,30 @@ public:
     HF::LLazy<bool, true> ThrowOut() override;
     rc::Ref<HF::I_LSqlQuery> MakeSqlQuery() override;
     rc::Ptr<HF::LTask> LoadDump(const QString& path, const QString& encoding, QPointer<QWidget> page,
-                                HF::LTaskProgress progress) override;
+                                HF::LLoadProgress progress) override;
     rc::Ptr<HF::LTask> MakeDump(const QString& path, int kind, HF::ELDumpData data, const QString& encoding,
                                 QPointer<QWidget> page, const RcList<HF::LTreeItem>& selection,
-                                HF::LTaskProgress progress) override;
+                                HF::LDumpProgress progress) override;
     void UpdateDefaultSchemasAction(QAction& action) override;
     QPointer<QWidget> CreateDumpOptionsWidget(int kind) override;
+    QPointer<QWidget> CreateMakeDumpPage(int kind) override { return CreateDumpOptionsWidget(kind); }
+    QPointer<QWidget> CreateLoadDumpPage(int kind) override;
     std::optional<QStringList> get_SearchPathCache() const override;
     void put_SearchPathCache(const std::optional<QStringList>& names) override;
+    /// The engine binds its system views when the columns are first asked for.
+    void WarmCatalog() override;
 
     int get_StorageKind() const { return m_storageKind; }
+    /// The same database on a session of its own, apart from the tree, with default
+    /// settings, names looked up where this session looks. Null when it is not open;
+    /// throws the engine's exception. Ends with EndFurther.
+    rc::Ptr<orbDuckDB_Database> OpenFurther();
+    void EndFurther();
+    /// The rows of a query as literals; throws the engine's exception.
+    nub::smart_ptr<nub::orbsql::I_LiteralRows> SelectLiterals(const QString& query,
+                                                              const std::function<bool(char32_t)>& canWrite);
+    /// Ends the statement that runs on the session.
+    void InterruptSession();
     /// Copies the database into the folder; a failure goes to the error log.
     bool Backup(const QString& folder);
 
@@ -61,11 +81,15 @@ private:
     RcList<HF::I_LSchemaObject> CreateSchema();
     void ApplyDefaultSchemas(const QStringList& names);
     void LeaveParent();
+    void EndWarming();
 
     EngineLazy m_engine; ///< first member: released last
     HF::LLazy<void, true> m_flushTask;
     std::mutex m_flushMutex;
     int m_storageKind;
+    std::mutex m_warmerMutex;
+    std::thread m_warmer;
+    bool m_isWarm = false;
     mutable std::mutex m_searchPathMutex;
     std::optional<QStringList> m_searchPathCache;
 };

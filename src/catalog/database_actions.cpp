@@ -2,6 +2,7 @@
 #include "catalog/database.h"
 
 #include "catalog/makers.h"
+#include "connection/dumpable_connection.h"
 #include "connection/location.h"
 #include "hf/engine.h"
 #include "hf/schema_item_list.h"
@@ -219,8 +220,14 @@ QPointer<QWidget> orbDuckDB_Database::CreateDumpOptionsWidget(int kind)
     return CatalogMakers().dumpOptions();
 }
 
+QPointer<QWidget> orbDuckDB_Database::CreateLoadDumpPage(int kind)
+{
+    auto* const connection = dynamic_cast<orb_I_DumpableConnection*>(get_Connection().get());
+    return connection ? connection->CreateDumpOptionsWidget(kind) : nullptr;
+}
+
 rc::Ptr<HF::LTask> orbDuckDB_Database::LoadDump(const QString& path, const QString& encoding, QPointer<QWidget> page,
-                                                HF::LTaskProgress progress)
+                                                HF::LLoadProgress progress)
 {
     const orbDuckDB_CatalogMakers& makers = CatalogMakers();
     if (!makers.loadTask)
@@ -233,7 +240,7 @@ rc::Ptr<HF::LTask> orbDuckDB_Database::LoadDump(const QString& path, const QStri
 
 rc::Ptr<HF::LTask> orbDuckDB_Database::MakeDump(const QString& path, int kind, HF::ELDumpData data,
                                                 const QString& encoding, QPointer<QWidget> page,
-                                                const RcList<HF::LTreeItem>& selection, HF::LTaskProgress progress)
+                                                const RcList<HF::LTreeItem>& selection, HF::LDumpProgress progress)
 {
     const orbDuckDB_CatalogMakers& makers = CatalogMakers();
     if (kind != HF::DUMP_KIND_SQL || !makers.dumpTask)

@@ -54,6 +54,8 @@ inline constexpr char SystemIdentsSince102[] =
     "schema_name || '\n' || view_name AS fld_ident, 15 AS fld_kind FROM duckdb_views() WHERE  internal AND "
     "database_name IN ( current_catalog(), 'temp', 'system' ) ) ";
 
+inline constexpr char AnyColumn[] = "SELECT 1 FROM duckdb_columns() LIMIT 1";
+inline constexpr char CurrentCatalog[] = "SELECT current_catalog()";
 inline constexpr char SearchPath[] = "SELECT current_setting('search_path')";
 
 // The engine knows no such pragma, and did not in any version from 1.1 on;

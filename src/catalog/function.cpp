@@ -3,8 +3,11 @@
 
 #include "catalog/list_infos.h"
 
-const int PROP_FUNCTION_ARGUMENTS = HF::LPropertyID::CreateID("Argument Names", "Function");
-const int PROP_FUNCTION_BODY = HF::LPropertyID::CreateID("Function Body", "Function");
+#include <QCoreApplication>
+
+const int PROP_FUNCTION_ARGUMENTS =
+    HF::LPropertyID::CreateID(QT_TRANSLATE_NOOP("QObject", "Argument Names"), QT_TRANSLATE_NOOP("QObject", "Function"));
+const int PROP_FUNCTION_BODY = HF::LPropertyID::CreateID(QT_TRANSLATE_NOOP("QObject", "Function Body"), "Function");
 
 rc::Ref<HF::I_LSchemaObject> MakeFunction(const rc::Ref<HF::I_LSchemaObject>& owner, const QString& name)
 {

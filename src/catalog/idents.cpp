@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "catalog/idents.h"
 
+#include "hf/number_values.h"
+
+#include <QHash>
+
 #include <algorithm>
 #include <optional>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -35,25 +41,62 @@ bool MayHaveSchema(HF::ELDbObjType type)
         || type == HF::DBOBJ_SEQUENCE || type == HF::DBOBJ_TYPE;
 }
 
+/// A full name, and where its ident stands.
+using Place = std::pair<QStringView, std::size_t>;
+
+/// By name. The halves of a large catalogue are sorted side by side.
+void Sort(std::vector<Place>& order)
+{
+    constexpr std::size_t Large = 20000;
+    const auto before = [](const Place& a, const Place& b) {
+        const int compared = a.first.compare(b.first, Qt::CaseSensitive);
+        return compared != 0 ? compared < 0 : a.second < b.second;
+    };
+    const auto middle = order.begin() + static_cast<std::ptrdiff_t>(order.size() / 2);
+    if (order.size() < Large) {
+        std::sort(order.begin(), order.end(), before);
+        return;
+    }
+    std::thread half([&] { std::sort(middle, order.end(), before); });
+    std::sort(order.begin(), middle, before);
+    half.join();
+    std::inplace_merge(order.begin(), middle, order.end(), before);
+}
+
 } // namespace
 
 HF::LIdent MakeIdent(const QString& path, const QString& kind)
 {
-    HF::LIdent ident;
+    using Element = HF::LIdent::Element;
     const std::optional<HF::ELDbObjType> type = TypeOfKind(kind);
     if (!type)
-        return ident;
-    QStringList parts = path.split(u'\n');
-    if (*type == HF::DBOBJ_FIELD) {
-        if (parts.size() == 3)
-            ident.Append(HF::DBOBJ_SCHEMA, parts.takeFirst());
-        if (parts.size() == 2)
-            ident.Append(HF::DBOBJ_TABLE, parts.takeFirst());
-    } else if (MayHaveSchema(*type) && parts.size() == 2) {
-        ident.Append(HF::DBOBJ_SCHEMA, parts.takeFirst());
+        return {};
+    // There are hundreds of thousands of these: no text is made twice.
+    const qsizetype first = path.indexOf(u'\n');
+    if (first < 0)
+        return HF::LIdent::FromElements({Element{*type, path}}, path);
+    const qsizetype second = path.indexOf(u'\n', first + 1);
+    const qsizetype third = second < 0 ? -1 : path.indexOf(u'\n', second + 1);
+    QList<Element> elements;
+    QString fullName = path;
+    if (*type == HF::DBOBJ_FIELD && third < 0) {
+        elements.reserve(second < 0 ? 2 : 3);
+        if (second >= 0)
+            elements.append(Element{HF::DBOBJ_SCHEMA, path.left(first)});
+        const qsizetype table = second < 0 ? 0 : first + 1;
+        const qsizetype end = second < 0 ? first : second;
+        elements.append(Element{HF::DBOBJ_TABLE, path.mid(table, end - table)});
+        elements.append(Element{*type, path.mid(end + 1)});
+    } else if (MayHaveSchema(*type) && second < 0) {
+        elements.reserve(2);
+        elements.append(Element{HF::DBOBJ_SCHEMA, path.left(first)});
+        elements.append(Element{*type, path.mid(first + 1)});
+    } else {
+        const QString name = path.mid(path.lastIndexOf(u'\n') + 1);
+        return HF::LIdent::FromElements({Element{*type, name}}, name);
     }
-    ident.Append(*type, parts.last());
-    return ident;
+    fullName.replace(u'\n', u'.');
+    return HF::LIdent::FromElements(std::move(elements), std::move(fullName));
 }
 
 QList<HF::LIdent> ReadIdents(const rc::Ptr<HF::I_LCursor>& cursor)
@@ -63,11 +106,30 @@ QList<HF::LIdent> ReadIdents(const rc::Ptr<HF::I_LCursor>& cursor)
     const rc::Ptr<HF::I_LField> path = cursor ? cursor->get_Field(QStringLiteral("fld_ident")) : nullptr;
     if (!kind || !path)
         return idents;
-    idents.reserve(static_cast<qsizetype>(cursor->get_RecordCount().Force()));
-    for (bool more = cursor->FirstRecord(); more; more = cursor->NextRecord())
-        idents.append(MakeIdent(path->get_String(), kind->get_String()));
-    std::sort(idents.begin(), idents.end(), [](const HF::LIdent& a, const HF::LIdent& b) {
-        return a.get_FullName().compare(b.get_FullName(), Qt::CaseSensitive) < 0;
-    });
+    std::vector<HF::LIdent> read;
+    read.reserve(cursor->get_RecordCount().Force());
+    QHash<qint64, QString> kinds; // a handful of numbers, whose texts are made once
+    for (bool more = cursor->FirstRecord(); more; more = cursor->NextRecord()) {
+        const rc::Ptr<HF::I_LSqlValue> value = kind->get_Value(-1);
+        const auto* number = dynamic_cast<const HF::LValueIntegral*>(value.get());
+        if (!number || number->get_IsNull()) {
+            read.push_back(MakeIdent(path->get_String(), kind->get_String()));
+            continue;
+        }
+        QString& text = kinds[number->get_Int64()];
+        if (text.isNull())
+            text = value->get_String();
+        read.push_back(MakeIdent(path->get_String(), text));
+    }
+
+    // Views are cheaper to move about than idents.
+    std::vector<Place> order;
+    order.reserve(read.size());
+    for (const HF::LIdent& ident : read)
+        order.emplace_back(ident.get_FullName(), order.size());
+    Sort(order);
+    idents.reserve(static_cast<qsizetype>(read.size()));
+    for (const auto& [name, index] : order)
+        idents.append(std::move(read[index]));
     return idents;
 }

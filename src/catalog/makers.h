@@ -17,7 +17,7 @@ struct orbDuckDB_DumpRequest
     HF::ELDumpData data;
     QString encoding;
     HF::LSQLDumpOptions options;
-    HF::LTaskProgress progress;
+    HF::LDumpProgress progress;
     QString title;
     int scope = WholeDatabase;
     RcList<HF::I_LSchemaObject> schemas; ///< empty with TablesOnly
@@ -28,8 +28,8 @@ struct orbDuckDB_DumpRequest
 /// The two check boxes of the page with the options of loading.
 struct orbDuckDB_LoadOptions
 {
-    bool first = false;
-    bool second = false;
+    bool multipleStatements = true;
+    bool stopOnError = false;
 };
 
 /// What the catalogue has to make of folders that stand above it. The plug-in
@@ -45,7 +45,7 @@ struct orbDuckDB_CatalogMakers
     rc::Ptr<HF::LTask> (*dumpTask)(const orbDuckDB_DumpRequest& request) = nullptr;
     rc::Ptr<HF::LTask> (*loadTask)(const rc::Ref<HF::I_LDatabase>& database, const QString& path,
                                    const QString& encoding, const orbDuckDB_LoadOptions& options,
-                                   const HF::LTaskProgress& progress) = nullptr;
+                                   const HF::LLoadProgress& progress) = nullptr;
     /// Runs the dialog that creates functions; what it made. Main thread.
     RcList<HF::I_LSchemaObject> (*createFunctionDialog)(const rc::Ref<HF::I_LSchema>& schema) = nullptr;
 };

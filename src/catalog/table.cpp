@@ -3,6 +3,7 @@
 
 #include "catalog/column_text.h"
 #include "catalog/list_infos.h"
+#include "data/table_cursor.h"
 #include "hf/database.h"
 #include "hf/sql_text.h"
 
@@ -125,6 +126,11 @@ rc::Ptr<HF::I_LField> orbDuckDB_Table::get_Field(const QString& name) const
             if (const auto item = list->get_ChildItem(name))
                 return rc::cast<HF::I_LField>(item);
     return nullptr;
+}
+
+rc::Ptr<HF::I_LTableCursor> orbDuckDB_Table::OpenCursor(int mode, bool rowIdWanted, bool lazy, bool readOnly)
+{
+    return orbDuckDB_TableCursor::Make(rc::self<HF::I_LSchemaObject>(this), mode, rowIdWanted, lazy, readOnly);
 }
 
 rc::Ptr<HF::I_LSchema> orbDuckDB_Table::get_Schema() const

@@ -23,6 +23,7 @@ public:
     rc::Ptr<HF::I_LField> get_Field(int index) const override;
     rc::Ptr<HF::I_LField> get_Field(const QString& name) const override;
     rc::Ptr<HF::I_LSchema> get_Schema() const override;
+    rc::Ptr<HF::I_LTableCursor> OpenCursor(int mode, bool rowIdWanted, bool lazy, bool readOnly) override;
 
     /// Row that the generated columns show.
     const std::shared_ptr<unsigned long>& get_PositionCell() const { return m_position; }

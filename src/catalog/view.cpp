@@ -2,6 +2,7 @@
 #include "catalog/view.h"
 
 #include "catalog/list_infos.h"
+#include "data/table_cursor.h"
 
 rc::Ref<HF::I_LSchemaObject> MakeView(const rc::Ref<HF::I_LSchemaObject>& owner, const QString& name)
 {
@@ -51,4 +52,9 @@ void orbDuckDB_View::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
     ReadProperty(cursor, PROP_DEFINITION, "sql");
     ReadProperty(cursor, PROP_COMMENT, "comment");
     ReadProperty(cursor, PROP_TEMPORARY, "temporary");
+}
+
+rc::Ptr<HF::I_LTableCursor> orbDuckDB_View::OpenCursor(int mode, bool, bool lazy, bool)
+{
+    return orbDuckDB_TableCursor::Make(rc::self<HF::I_LSchemaObject>(this), mode, false, lazy, true);
 }

@@ -13,4 +13,6 @@ public:
     rc::Ptr<HF::LAction> get_DefaultAction() const override;
     HF::LLazy<QString, false> get_Icon() const override;
     void FromQuery(const rc::Ref<const HF::I_LCursor>& cursor) override;
+    /// Read-only, without row id.
+    rc::Ptr<HF::I_LTableCursor> OpenCursor(int mode, bool rowIdWanted, bool lazy, bool readOnly) override;
 };

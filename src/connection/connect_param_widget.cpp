@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -68,6 +69,9 @@ void orbDuckDB_LocalConnectParamWidget::BuildControls()
     m_select = new QPushButton(QObject::tr("Select..."), this);
     m_select->setObjectName(QStringLiteral("select"));
     m_select->setAutoDefault(false);
+    m_hint = new QLabel(this);
+    m_hint->setObjectName(QStringLiteral("hint"));
+    m_hint->setForegroundRole(QPalette::PlaceholderText);
     m_method = new QComboBox(this);
     m_method->setObjectName(QStringLiteral("method"));
     m_method->addItem(QObject::tr("Local File"));
@@ -110,6 +114,7 @@ void orbDuckDB_LocalConnectParamWidget::RebuildForm()
         if (control->parentWidget() == m_form)
             control->show();
     layout()->addWidget(m_form);
+    layout()->addWidget(m_hint);
     m_form->show();
 
     m_path->setFocus();
@@ -128,6 +133,18 @@ void orbDuckDB_LocalConnectParamWidget::PathChanged()
     SuggestName();
     if (m_accept)
         m_accept->setEnabled(IsValid());
+    m_hint->setText(Hint());
+    m_hint->setVisible(!m_hint->text().isEmpty());
+}
+
+QString orbDuckDB_LocalConnectParamWidget::Hint() const
+{
+    if (get_Method() == MotherDuck && m_accessToken->text().isEmpty())
+        return QObject::tr("MotherDuck needs an access token.");
+    if (m_path->text().isEmpty())
+        return get_Method() == MotherDuck ? QObject::tr("The path under \"Local File\" must not be empty.")
+                                          : QObject::tr("Enter or select the path of a database.");
+    return {};
 }
 
 void orbDuckDB_LocalConnectParamWidget::CheckValidity()

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 
@@ -44,6 +45,8 @@ private:
     void PathChanged();
     void CheckValidity();
     void SelectPath();
+    /// What is missing before the input can be accepted; empty when nothing is.
+    QString Hint() const;
 
     QPointer<QWidget> m_dialog;
     QPointer<QLineEdit> m_connectionName;
@@ -54,5 +57,6 @@ private:
     QPointer<QComboBox> m_method;
     QPointer<QLineEdit> m_path;
     QPointer<QPushButton> m_select;
+    QPointer<QLabel> m_hint;
     QPointer<QWidget> m_form;
 };

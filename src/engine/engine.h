@@ -24,6 +24,8 @@ public:
     QStringList GetFollowingKeywords(int keyword) const override;
     int GetQueryCapabilities() const override { return 2228258; }
     QList<HF::LSqlTemplate> GetSqlTemplates() const override;
+    /// Outside a transaction each statement is one of its own, with a number of its own.
+    QString GetTransactionProbe() const override { return QStringLiteral("SELECT txid_current()"); }
     bool IsValidName(const QString& name) const override { return !name.isEmpty(); }
     /// Never runs the keyword query itself: until the words are there, the answer
     /// is a lazy that reads them when forced.

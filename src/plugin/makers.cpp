@@ -3,9 +3,14 @@
 #include "catalog/database.h"
 #include "catalog/makers.h"
 #include "connection/makers.h"
+#include "data/structure_makers.h"
 #include "dialogs/create_database_dialog.h"
+#include "dialogs/create_function_dialog.h"
 #include "dump/dump_options_widget.h"
 #include "dump/load_dump_options_widget.h"
+#include "dump/task_make_dump.h"
+#include "hf/task_load_dump.h"
+#include "model/interactive_changes.h"
 
 namespace {
 
@@ -21,6 +26,15 @@ rc::Ptr<HF::I_LDatabase> RunCreateDatabaseDialog(const rc::Ref<HF::I_LConnection
 {
     orbDuckDB_DialogCreateDatabase dialog(connection);
     return dialog.exec() == QDialog::Accepted ? dialog.get_CreatedDatabase() : rc::Ptr<HF::I_LDatabase>();
+}
+
+RcList<HF::I_LSchemaObject> RunCreateFunctionDialog(const rc::Ref<HF::I_LSchema>& schema)
+{
+    const rc::Ptr<HF::I_LDatabase> database = schema->get_Database();
+    if (!database)
+        return {};
+    orbDuckDB_DialogCreateFunction dialog(rc::Ref<HF::I_LDatabase>(database), schema->get_Name());
+    return dialog.exec() == QDialog::Accepted ? dialog.get_Created() : RcList<HF::I_LSchemaObject>();
 }
 
 template <class Page>
@@ -45,6 +59,18 @@ bool ReadLoadOptions(QWidget& page, orbDuckDB_LoadOptions& options)
     return known != nullptr;
 }
 
+rc::Ptr<HF::LTask> MakeDumpTask(const orbDuckDB_DumpRequest& request)
+{
+    return rc::make<orbDuckDB_TaskMakeDump>(request);
+}
+
+rc::Ptr<HF::LTask> MakeLoadTask(const rc::Ref<HF::I_LDatabase>& database, const QString& path, const QString& encoding,
+                                const orbDuckDB_LoadOptions& options, const HF::LLoadProgress& progress)
+{
+    return rc::make<HF::LTask_LoadDumpSQL>(database, path, encoding, options.multipleStatements, options.stopOnError,
+                                           progress);
+}
+
 const bool Registered = [] {
     Makers().database = MakeDatabase;
     Makers().createDatabaseDialog = RunCreateDatabaseDialog;
@@ -52,6 +78,11 @@ const bool Registered = [] {
     CatalogMakers().dumpOptions = MakePage<orbDuckDB_DumpOptionsWidget>;
     CatalogMakers().readDumpOptions = ReadDumpOptions;
     CatalogMakers().readLoadOptions = ReadLoadOptions;
+    CatalogMakers().dumpTask = MakeDumpTask;
+    CatalogMakers().loadTask = MakeLoadTask;
+    CatalogMakers().createFunctionDialog = RunCreateFunctionDialog;
+    StructureMakers().uniqueScript = UniqueFieldScript;
+    StructureMakers().dropFields = DropFields;
     return true;
 }();
 

@@ -6,6 +6,7 @@
 #include "catalog/schema.h"
 #include "hf/action.h"
 #include "hf/schema_item_list.h"
+#include "hf/table_lookup.h"
 
 #include <QAction>
 #include <QApplication>
@@ -153,6 +154,21 @@ TEST_F(DatabaseTest, ClosingEndsTheCirclesAndKeepsTheFile)
     // The file is free again.
     const auto again = MakeEngine(file);
     again->Close();
+}
+
+TEST_F(DatabaseTest, LookingForATableHoldsTheFileNoLongerThanTheDatabase)
+{
+    const QString path = Path(u"looked.duckdb"_s);
+    MakeEngine(path)->Close();
+    for (int round = 0; round < 8; ++round) {
+        const Engine engine = nub::orbsql::CreateDuckDBDatabase(KernelText::ToLocation(path));
+        engine->Open();
+        const auto database = MakeDatabase(engine, path);
+        EXPECT_FALSE(HF::FindTable(rc::Ref<HF::I_LDatabase>(database), u"nothing"_s, true));
+        EXPECT_TRUE(database->Close().Force());
+        EXPECT_FALSE(nub::orbsql::IsFileOpen(KernelText::FromQString(path)));
+    }
+    EXPECT_TRUE(errors.isEmpty()) << errors.first().toStdString();
 }
 
 TEST_F(DatabaseTest, ThrowOutRemovesTheFilesOfADatabaseOnDiskOnly)

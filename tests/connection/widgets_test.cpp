@@ -93,6 +93,10 @@ TEST_F(ConnectionWidgets, ValidityByMethodPathAndToken)
         EXPECT_EQ(pane.widget->IsValid(), row.valid) << row.method << row.path << row.token << row.dialog;
         EXPECT_EQ(dialog.ok->isEnabled(), row.valid) << row.method << row.path << row.token << row.dialog;
         EXPECT_TRUE(dialog.ok->isDefault());
+        // What keeps the button off is said, unless the dialog itself is busy.
+        const QString hint = pane.widget->findChild<QLabel*>("hint")->text();
+        EXPECT_EQ(hint.isEmpty(), row.valid || !row.dialog) << hint.toStdString();
+        EXPECT_EQ(hint.contains("token"), row.method == 1 && !*row.token) << hint.toStdString();
     }
 }
 
