@@ -5,6 +5,7 @@
 #include "hf/database.h"
 #include "hf/log.h"
 #include "hf/sql_text.h"
+#include "hf/table_lookup.h"
 
 #include <QMap>
 #include <QObject>
@@ -38,7 +39,10 @@ struct orbDuckDB_Cursor::Update
 
 rc::Ptr<HF::I_LTable> orbDuckDB_Cursor::SourceTable(const rc::Ptr<HF::I_LDatabase>& database, const QString& name) const
 {
-    return rc::cast<HF::I_LTable>(database->get_ChildObject(HF::TYPE_TABLE, name).Force());
+    if (const auto table = rc::cast<HF::I_LTable>(database->get_ChildObject(HF::TYPE_TABLE, name).Force()))
+        return table;
+    // The database itself lists schemas only: the table is in one of them.
+    return rc::cast<HF::I_LTable>(HF::FindTable(rc::Ref<HF::I_LDatabase>(database), name, false));
 }
 
 void orbDuckDB_Cursor::StartUpdate(Update& update, const HF::I_LTable& table, const Columns& columns,

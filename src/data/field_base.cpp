@@ -8,6 +8,8 @@
 #include "hf/sql_text.h"
 #include "hf/values.h"
 
+#include <limits>
+
 using HF::I_LSqlValue;
 
 orbDuckDB_FieldBase::orbDuckDB_FieldBase(const rc::Ptr<HF::I_LSchemaObject>& owner, const QString& name)
@@ -19,11 +21,30 @@ orbDuckDB_FieldBase::orbDuckDB_FieldBase(const rc::Ptr<HF::I_LSchemaObject>& own
 
 orbDuckDB_FieldBase::~orbDuckDB_FieldBase() = default;
 
-void orbDuckDB_FieldBase::SetCursorMode(const std::shared_ptr<unsigned long>& position, bool readOnly)
+void orbDuckDB_FieldBase::SetCursorMode(const std::shared_ptr<unsigned long>& position, bool readOnly,
+                                        const std::shared_ptr<unsigned long>& firstRow)
 {
     m_cursorMode = true;
     m_readOnly = readOnly;
     m_position = position;
+    m_firstRow = firstRow;
+}
+
+void orbDuckDB_FieldBase::SetCursorType(HF::ELFieldType type, const QString& engineType)
+{
+    m_engineType = engineType;
+    m_fieldType = type;
+    m_nullValue.reset();
+}
+
+int orbDuckDB_FieldBase::Row() const
+{
+    if (!m_position)
+        return 0;
+    if (!m_firstRow)
+        return static_cast<int>(*m_position);
+    const unsigned long row = *m_position - *m_firstRow;
+    return *m_position < *m_firstRow || row > std::numeric_limits<int>::max() ? -1 : static_cast<int>(row);
 }
 
 void orbDuckDB_FieldBase::SetEngineType(const QString& typeText)
@@ -86,6 +107,11 @@ rc::Ptr<I_LSqlValue> orbDuckDB_FieldBase::get_Value(long) const
 
 rc::Ptr<I_LSqlValue> orbDuckDB_FieldBase::OldValue(unsigned long row) const
 {
+    if (m_firstRow) {
+        if (row < *m_firstRow)
+            return nullptr;
+        row -= *m_firstRow;
+    }
     return row < static_cast<unsigned long>(m_values.size()) ? rc::Ptr<Value>(m_values.at(static_cast<qsizetype>(row)))
                                                              : nullptr;
 }

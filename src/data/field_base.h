@@ -23,8 +23,13 @@ public:
     ~orbDuckDB_FieldBase() override;
 
     // A cursor's side of the column
-    /// Makes it the column of a cursor: the values of a row are those at `position`.
-    void SetCursorMode(const std::shared_ptr<unsigned long>& position, bool readOnly);
+    /// Makes it the column of a cursor: the values of a row are those at `position`,
+    /// counted from the row in `firstRow` where the cursor holds a part of its rows only.
+    void SetCursorMode(const std::shared_ptr<unsigned long>& position, bool readOnly,
+                       const std::shared_ptr<unsigned long>& firstRow = nullptr);
+    /// A type that the catalogue knows better than the engine's text tells.
+    void SetCursorType(HF::ELFieldType type, const QString& engineType);
+    const QString& get_EngineType() const { return m_engineType; }
     /// A generated column of a table shows the row that the table's cell tells.
     void SharePosition(const std::shared_ptr<unsigned long>& position) { m_position = position; }
     /// The engine's type text, from which the field type follows.
@@ -40,7 +45,7 @@ public:
     const RcList<Value>& Values() const { return m_values; }
     /// Edits that are not written yet, by row.
     const RowValues& Pending() const { return m_pending; }
-    /// The value in `Values` of a row; null when out of range.
+    /// The value in `Values` of a row of the cursor; null when out of range.
     rc::Ptr<Value> OldValue(unsigned long row) const;
     /// The pending value of the current row, or of a field that is no cursor's.
     rc::Ptr<Value> NewValue() const;
@@ -93,7 +98,7 @@ protected:
 private:
     const rc::Ref<Value>* Cell() const;
     const rc::Ref<Value>* RowValue() const;
-    int Row() const { return m_position ? static_cast<int>(*m_position) : 0; }
+    int Row() const;
     void Store(rc::Ref<Value> value, const char* scriptProperty);
     void NotifyEdit(const char* scriptProperty) const;
     std::optional<QByteArray> ReadFromTable(long maxLength) const;
@@ -108,6 +113,7 @@ private:
     rc::Weak<HF::I_LSchemaObject> m_owner;
     rc::Ptr<Value> m_value; ///< outside cursor mode: the one pending value
     std::shared_ptr<unsigned long> m_position;
+    std::shared_ptr<unsigned long> m_firstRow;
     RcList<Value> m_values;
     RowValues m_pending;
     RowValues m_saved;

@@ -9,11 +9,13 @@
 #include "hf/database.h"
 #include "hf/engine.h"
 #include "hf/log.h"
+#include "hf/open_transaction.h"
 #include "hf/services.h"
 #include "hf/sql_text.h"
 #include "hf/values.h"
 #include "weft/prompter.h"
 
+#include <QCoreApplication>
 #include <QMenu>
 #include <QObject>
 
@@ -29,6 +31,14 @@ QString ColumnText(const rc::Ref<const HF::I_LCursor>& cursor, const char* colum
     const rc::Ptr<HF::I_LField> field = cursor->get_Field(QString::fromLatin1(column));
     return field ? field->get_String() : QString();
 }
+
+/// The questions that DropSelection asks, for those who translate.
+[[maybe_unused]] constexpr const char* DropQuestions[] = {
+    QT_TRANSLATE_NOOP("QObject", "Do you really want to delete field \"%1\"?"),
+    QT_TRANSLATE_NOOP("QObject", "Do you really want to delete method \"%1\"?"),
+    QT_TRANSLATE_N_NOOP("QObject", "Do you really want to delete %n fields?"),
+    QT_TRANSLATE_N_NOOP("QObject", "Do you really want to delete %n methods?"),
+};
 
 void DropSelection(const RcList<HF::LTreeItem>& items)
 {
@@ -341,7 +351,7 @@ BoolLazy orbDuckDB_FieldBase::ChangeUnique(bool unique)
 {
     const rc::Ptr<HF::I_LTable> table = OwnerTable();
     const rc::Ptr<HF::I_LDatabase> database = get_Database();
-    if (!table || !database || !StructureMakers().uniqueScript)
+    if (!table || !database || !StructureMakers().uniqueScript || HF::RefuseInTransaction(rc::Ref(database)))
         return false;
     const QString script = StructureMakers().uniqueScript(rc::Ref<HF::I_LTable>(table), get_Name(), unique);
     if (script.isEmpty())

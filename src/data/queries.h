@@ -14,8 +14,14 @@ inline QString LongValue(const QString& quotedName, bool isBlob, long maxLength)
     if (maxLength < 0)
         return quotedName;
     if (isBlob)
-        return QStringLiteral("unhex( substring( to_hex( %1 ), 1, %2 ) ) AS %1").arg(quotedName).arg(2 * maxLength);
-    return QStringLiteral("substr( %1, 1, %2 ) AS %1").arg(quotedName).arg(maxLength);
+        return QStringLiteral("unhex( substring( to_hex( %1 ), 1, %2 ) ) AS %1").arg(quotedName, QString::number(2 * maxLength));
+    return QStringLiteral("substr( %1, 1, %2 ) AS %1").arg(quotedName, QString::number(maxLength));
+}
+
+/// Select item that gives the first `limit` bytes of a BLOB: two digits each.
+inline QString Preview(const QString& name, long limit)
+{
+    return QStringLiteral("unhex( substring( to_hex( %1 ), 1, %2 ) )").arg(name, QString::number(limit * 2));
 }
 
 /// Whether a column is indexed (any row) and unique (a true).

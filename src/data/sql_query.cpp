@@ -23,6 +23,16 @@ bool IsApplicationThread()
     return application && application->thread() == QThread::currentThread();
 }
 
+/// Holds the kernel's hold for the host.
+class SessionHold : public rc::RefCounted
+{
+public:
+    explicit SessionHold(nub::smart_ptr<nub::I_Counted> hold) : m_hold(std::move(hold)) {}
+
+private:
+    nub::smart_ptr<nub::I_Counted> m_hold;
+};
+
 QString UnknownError()
 {
     return QObject::tr("Unknown error");
@@ -54,6 +64,17 @@ void orbDuckDB_SqlQuery::Interrupt()
     const rc::Ptr<HF::I_LConnection> connection = m_connection.lock();
     if (connection && connection->get_IsFileBased())
         m_session->Interrupt();
+}
+
+rc::Ptr<rc::RefCounted> orbDuckDB_SqlQuery::HoldSession()
+{
+    if (!IsSessionOpen())
+        return nullptr;
+    try {
+        return rc::make<SessionHold>(nub::smart_ptr<nub::I_Counted>::adopt(m_session->Hold()));
+    } catch (const nub::xException&) { // closed at this very moment
+        return nullptr;
+    }
 }
 
 bool orbDuckDB_SqlQuery::IsSessionOpen() const

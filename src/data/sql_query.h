@@ -27,6 +27,7 @@ public:
     QList<HF::LQueryResult> Execute(const QString& text, int flags, const RcList<HF::I_LSqlValue>& binds) override;
     /// A text without content stores no statement and keeps an older one.
     HF::LQueryResult Prepare(const QString& text, int flags) override;
+    rc::Ptr<rc::RefCounted> HoldSession() override;
 
 private:
     using KernelResult = nub::smart_ptr<nub::orbsql::I_Result>;

@@ -258,6 +258,52 @@ TEST_F(CursorTest, EditsWithoutASourceStayPending)
     EXPECT_FALSE(column(0)->get_IsDirty());
 }
 
+TEST_F(CursorTest, EditsReachTheTableTheyCameFrom)
+{
+    class Messages : public HF::I_LLog
+    {
+    public:
+        QStringList lines;
+        void Log(int level, const QString& text) override { lines << u"%1 %2"_s.arg(level).arg(text); }
+    };
+    Run(u"CREATE SCHEMA \"s t\"; CREATE TABLE \"s t\".t(k INTEGER, \"a b\" VARCHAR, n INTEGER);"
+        "CREATE TABLE t AS FROM (VALUES (1,'x',10),(2,'y',20),(3,'z',30)) v(k, \"a b\", n);"
+        "INSERT INTO \"s t\".t FROM t; CREATE TABLE \"o.d\" AS FROM t"_s);
+    const std::pair<const char*, const char*> sources[] = {
+        {"t", "t"}, {"main.t", "t"}, {"\"s t\".t", "\"s t\".t"}, {"o.d", "\"o.d\""}};
+    for (const auto& [source, table] : sources) {
+        SCOPED_TRACE(source);
+        const QString name = QString::fromUtf8(table);
+        Run(u"DELETE FROM %1; INSERT INTO %1 VALUES (1,'x',10),(2,'y',20),(3,'z',30)"_s.arg(name));
+        const auto cursor = Select(u"SELECT * FROM %1 ORDER BY k"_s.arg(name));
+        const auto column = [&](int i) { return static_cast<orbDuckDB_Field*>(cursor->get_Field(i).get()); };
+        for (int i = 0; i < 3; ++i)
+            column(i)->SetSource(QString::fromUtf8(source), column(i)->get_Name(), i == 0);
+        cursor->put_Position(1);
+        column(1)->SetString(u"it's"_s);
+        column(2)->SetString(u"21"_s);
+        EXPECT_EQ(cursor->UpdateRecord(), QString());
+        EXPECT_FALSE(cursor->get_IsDirty());
+        EXPECT_EQ(Column(u"SELECT \"a b\" || n FROM %1 ORDER BY k"_s.arg(name)), u"x10 it's21 z30"_s);
+
+        const auto log = rc::make<Messages>();
+        cursor->SetErrorLogger(log);
+        cursor->put_Position(0);
+        column(2)->SetNull();
+        cursor->put_Position(2);
+        column(2)->SetString(u"word"_s);
+        cursor->SaveAllRecords();
+        ASSERT_EQ(log->lines.size(), 2);
+        EXPECT_TRUE(log->lines[0].startsWith(u"512 "_s) && log->lines[0].contains(u"$1 : NULL instead of: 10\n-- $2 : 1"_s))
+            << log->lines[0].toStdString();
+        EXPECT_TRUE(log->lines[1].startsWith(u"4 "_s) && log->lines[1].contains(u"Could not convert"_s));
+        EXPECT_EQ(Column(u"SELECT n FROM %1 ORDER BY k"_s.arg(name)), u"NULL 21 30"_s);
+        EXPECT_TRUE(cursor->get_IsDirty());
+        const QString told = cursor->UpdateRecord();
+        EXPECT_TRUE(told.contains(u"$1 : word instead of: 30\n-- $2 : 30"_s)) << told.toStdString();
+    }
+}
+
 TEST_F(CursorTest, OffTheMainThreadACursorHasNoParent)
 {
     Database();
