@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/database_model.h"
 
+#include "model/hidden_names.h"
 #include "model/text_helpers.h"
 
-#include "hf/database.h"
+#include "engine/engine_version.h"
+#include "hf/model_object.h"
+#include "hf/open_transaction.h"
+#include "hf/sql_text.h"
 
 #include <QActionGroup>
 #include <QMenu>
@@ -78,4 +82,40 @@ HF::LVariant orbDuckDB_ModelDatabase::ShowPropertyEditor(const rc::Ref<HF::I_LSc
     QObject::connect(none, &QAction::triggered, &menu, [&chosen] { chosen.clear(); });
     menu.exec(position);
     return chosen;
+}
+
+QStringList orbDuckDB_ModelDatabase::GetChangeProblems(const rc::Ref<const HF::I_LModelObject>& object) const
+{
+    QStringList problems = LDatabaseModelObject::GetChangeProblems(object);
+    const rc::Ptr<HF::I_LDatabase> database = object->get_Database();
+    if (!database)
+        return problems;
+    if (database->get_IsReadOnly().Force())
+        problems.append(QObject::tr("The database is open for reading only."));
+    if (HF::IsInTransaction(rc::Ref(database)))
+        problems.append(QObject::tr("A transaction is open in this session; end it first."));
+    if (const auto* const root = dynamic_cast<const HF::LModelObject*>(object.get()))
+        problems += HiddenNameProblems(*root);
+    return problems;
+}
+
+std::pair<QStringList, QStringList>
+orbDuckDB_ModelDatabase::GetChangeFrame(const rc::Ref<HF::I_LDatabase>& database) const
+{
+    QStringList before;
+    QStringList after;
+    const auto whileChanging = [&](const QString& setting, const QString& value) {
+        const std::optional<QString> now =
+            HF::EvaluateSQL(database, QStringLiteral("SELECT current_setting('%1')").arg(setting));
+        if (!now || *now == value)
+            return;
+        before.append(QStringLiteral("SET %1='%2'").arg(setting, value));
+        after.append(QStringLiteral("SET %1=%2").arg(setting, QuoteStringLiteral(*now)));
+    };
+    whileChanging(QStringLiteral("checkpoint_threshold"), QStringLiteral("1B"));
+    // Rows that others point to must come before them.
+    whileChanging(QStringLiteral("preserve_insertion_order"), QStringLiteral("true"));
+    if (EngineVersionNumber() >= 10500)
+        whileChanging(QStringLiteral("auto_checkpoint_skip_wal_threshold"), QStringLiteral("0"));
+    return {before, after};
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/schema_model.h"
 
-#include "hf/schema_object.h"
+#include "hf/model_object.h"
 #include "hf/sql_text.h"
 
 #include <QObject>
@@ -35,4 +35,19 @@ QList<HF::LQueryNode> orbDuckDB_ModelSchema::GetQueryNodes(const rc::Ref<const H
         node.sql = QStringLiteral("ALTER SCHEMA ") + name + QStringLiteral(" RENAME TO ")
                    + HF::QuoteName(value.ToString(), rc::Ptr<const HF::LTreeItem>(object)) + u';';
     return {node};
+}
+
+QStringList orbDuckDB_ModelSchema::GetChangeWarnings(const rc::Ref<const HF::I_LModelObject>& object) const
+{
+    const auto* const schema = dynamic_cast<const HF::LModelObject*>(object.get());
+    if (!schema || !schema->IsMarkedDropped() || schema->IsJustCreated())
+        return {};
+    QStringList names;
+    for (const int type : {HF::TYPE_TABLE, HF::TYPE_VIEW, HF::TYPE_FUNCTION, HF::TYPE_SEQUENCE})
+        for (const rc::Ref<HF::LModelObject>& child : schema->get_Models(type))
+            names.append(child->get_Name());
+    if (names.isEmpty())
+        return {};
+    return {QObject::tr("Dropping the schema \"%1\" drops everything in it: %2")
+                .arg(schema->get_Name(), names.join(QLatin1String(", ")))};
 }

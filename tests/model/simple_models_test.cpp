@@ -62,6 +62,10 @@ TEST_F(SimpleModels, Database)
     EXPECT_EQ(path({"x"}), QStringList("SET search_path='x';"));
     EXPECT_EQ(path({}), QStringList("SET search_path='';"));
     EXPECT_EQ(path({"it's"}), QStringList("SET search_path='it''s';"));
+    EXPECT_TRUE(database->SqlExecute(QStringLiteral("CREATE SCHEMA \"it's\"")));
+    for (const QStringList& names : {QStringList{"it's", "main"}, QStringList{}})
+        EXPECT_TRUE(database->SqlExecute(path(names)[0])) << path(names)[0].toStdString();
+    EXPECT_FALSE(database->SqlExecute(path({"x"})[0])); // no such schema
     EXPECT_EQ(Sql(database, HF::TYPE_DATABASE, HF::KIND_CHANGE_PROPERTY, PROP_NAME, "x"), QStringList(""));
     for (const int kind : {1, 3, 4, 5, 6, 7, 8})
         EXPECT_EQ(Sql(database, HF::TYPE_DATABASE, kind), QStringList("")) << kind;
@@ -92,6 +96,7 @@ TEST_F(SimpleModels, SchemaStatementsRunAsTheyAre)
         }
         const QStringList rename = Sql(schema, HF::TYPE_SCHEMA, HF::KIND_CHANGE_PROPERTY, PROP_NAME, "new name");
         EXPECT_EQ(rename, QStringList("ALTER SCHEMA " + schema->get_NameQuoted() + " RENAME TO \"new name\";"));
+        EXPECT_FALSE(database->SqlExecute(rename[0])); // the engine does not have it yet
         EXPECT_EQ(Sql(schema, HF::TYPE_SCHEMA, HF::KIND_CHANGE_PROPERTY, PROP_COMMENT, "x"), QStringList(""));
     }
 }
@@ -108,6 +113,19 @@ TEST_F(SimpleModels, PropertyLists)
     };
     EXPECT_EQ(listed(HF::TYPE_DATABASE), "26:135 100:131461 96:2109440 104:1 112:1 115:1");
     EXPECT_EQ(listed(HF::TYPE_SCHEMA), "26:135 22:16777217 107:1 109:1 116:1 118:1 113:1");
+    EXPECT_EQ(listed(HF::TYPE_TABLE), "26:134 22:16777217 37:4097 35:4261 45:161 9:40 34:12422 191:16777217 192:16777217 194:16777217 197:16777249 193:16777217 "
+                                      "109:16777217 200:16777217");
+    EXPECT_EQ(listed(HF::TYPE_FIELD), "26:420 141:33 9:40 47:2101280 130:164 142:176 143:176 58:180 59:180 132:52 140:160 136:128 48:128");
+    EXPECT_EQ(listed(HF::TYPE_METHOD), "26:420 141:33 9:40 47:2101280 176:164 142:176 143:176 58:180 59:180 132:52 136:128 48:128");
+    EXPECT_EQ(listed(HF::TYPE_INDEX), "26:134 35:4129 9:40 18:12320 48:160");
+    EXPECT_EQ(listed(HF::TYPE_UNIQUE), "26:135 18:12328");
+    EXPECT_EQ(listed(HF::TYPE_CHECK), "26:135 60:428");
+    EXPECT_EQ(listed(HF::TYPE_LINK), "26:135 37:33 47:134218769 154:129 161:161 159:161 160:161 158:161 34:8225 156:8225");
+    EXPECT_EQ(listed(HF::TYPE_VIEW), "22:16777249 37:4129 26:134 45:129 46:65704 9:40 192:16777217");
+    const QString function = listed(HF::TYPE_FUNCTION);
+    EXPECT_TRUE(function.startsWith("26:166 22:16777377 37:33 9:40 46:65704 146:37 145:33 ") && function.endsWith(" 45:33")) << function.toStdString();
+    EXPECT_EQ(function.count(":33 ") + function.endsWith(":33"), 5); // its arguments and its body as well
+    EXPECT_EQ(listed(HF::TYPE_SEQUENCE), "26:420 22:16777249 37:33 9:40 190:420 186:420 187:420 188:420 189:420 185:420 45:420");
 }
 
 } // namespace

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "hf/model_kinds.h"
+
+/// Statements of a sequence, which any change makes anew.
+class orbDuckDB_ModelSequence final : public HF::LDatabaseModelSequence
+{
+public:
+    void CreateProperties(HF::LHasProperties::Properties& list) const override;
+    QList<HF::LQueryNode> GetQueryNodes(const rc::Ref<const HF::I_LSchemaObject>& object, HF::ELQueryKind kind,
+                                        int property, const HF::LVariant& value) const override;
+    QMap<int, int> GetPropertiesGroups() const override;
+    QStringList GetChangeWarnings(const rc::Ref<const HF::I_LModelObject>& object) const override;
+    QStringList GetChangeProblems(const rc::Ref<const HF::I_LModelObject>& object) const override;
+};

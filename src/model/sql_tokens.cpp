@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/sql_tokens.h"
+
+#include <vector>
+
+namespace {
+
+struct Token
+{
+    qsizetype start;
+    qsizetype end;
+    bool name = false; ///< a word or a name in quotes
+    QString text;      ///< of a name without its quotes, of anything else as it stands
+};
+
+bool IsNameStart(QChar c)
+{
+    return c.isLetter() || c == u'_' || c.unicode() >= 128;
+}
+
+std::vector<Token> Split(const QString& text)
+{
+    std::vector<Token> tokens;
+    for (qsizetype at = 0; at < text.size();) {
+        const QChar c = text[at];
+        if (c.isSpace()) {
+            ++at;
+            continue;
+        }
+        qsizetype end = at + 1;
+        Token token{at, end, false, {}};
+        if (c == u'"' || c == u'\'') {
+            while (end < text.size() && (text[end] != c || (end + 1 < text.size() && text[end + 1] == c)))
+                end += text[end] == c ? 2 : 1;
+            const QStringView inner = QStringView(text).mid(at + 1, end - at - 1);
+            end = std::min(end + 1, text.size());
+            token.name = c == u'"';
+            token.text = token.name ? inner.toString().replace(QString(2, c), QString(c)) : text.mid(at, end - at);
+        } else if (IsNameStart(c)) {
+            while (end < text.size() && (IsNameStart(text[end]) || text[end].isDigit() || text[end] == u'$'))
+                ++end;
+            token.name = true;
+            token.text = text.mid(at, end - at);
+        } else {
+            if (c.isDigit())
+                while (end < text.size() && (text[end].isLetterOrNumber() || text[end] == u'.'))
+                    ++end;
+            token.text = text.mid(at, end - at);
+        }
+        token.end = end;
+        tokens.push_back(token);
+        at = end;
+    }
+    return tokens;
+}
+
+/// Whether the token stands where a column can stand.
+bool MayBeColumn(const std::vector<Token>& tokens, std::size_t i)
+{
+    if (!tokens[i].name)
+        return false;
+    if (i > 0 && !tokens[i].text.isEmpty()
+        && (tokens[i - 1].text == u"." || tokens[i - 1].text.compare(u"AS", Qt::CaseInsensitive) == 0))
+        return false;
+    if (i + 1 == tokens.size())
+        return true;
+    const QString& next = tokens[i + 1].text;
+    const bool named = next == u":" && i + 2 < tokens.size() && tokens[i + 2].text == u"=";
+    return !named && (next != u"(" || tokens[i + 1].name);
+}
+
+QString Quoted(QString name)
+{
+    return u'"' + name.replace(u'"', QLatin1String("\"\"")) + u'"';
+}
+
+} // namespace
+
+namespace SqlTokens {
+
+bool Mentions(const QString& expression, const QString& column)
+{
+    for (const Token& token : Split(expression))
+        if (token.name && token.text.compare(column, Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
+}
+
+QString Rename(const QString& expression, const QHash<QString, QString>& names)
+{
+    if (names.isEmpty())
+        return expression;
+    const std::vector<Token> tokens = Split(expression);
+    QString result;
+    qsizetype done = 0;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const auto renamed = MayBeColumn(tokens, i) ? names.constFind(tokens[i].text.toLower()) : names.constEnd();
+        if (renamed == names.constEnd())
+            continue;
+        result += QStringView(expression).mid(done, tokens[i].start - done);
+        result += Quoted(*renamed);
+        done = tokens[i].end;
+    }
+    result += QStringView(expression).mid(done);
+    return result;
+}
+
+QHash<QString, QString> Collations(const QString& createTable)
+{
+    QHash<QString, QString> collations;
+    const std::vector<Token> tokens = Split(createTable);
+    int depth = 0;
+    QString column;
+    bool first = false; // the next token begins an item of the list
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const Token& token = tokens[i];
+        if (!token.name && (token.text == u"(" || token.text == u"[" || token.text == u"{")) {
+            first = ++depth == 1;
+        } else if (!token.name && (token.text == u")" || token.text == u"]" || token.text == u"}")) {
+            --depth;
+        } else if (depth == 1 && token.text == u"," && !token.name) {
+            first = true;
+        } else if (depth == 1 && first) {
+            first = false;
+            column = token.name ? token.text : QString();
+        } else if (depth == 1 && token.name && token.text.compare(u"COLLATE", Qt::CaseInsensitive) == 0
+                   && i + 1 < tokens.size() && tokens[i + 1].name) {
+            qsizetype end = tokens[++i].end;
+            while (i + 2 < tokens.size() && tokens[i + 1].text == u"." && tokens[i + 2].name)
+                end = tokens[i += 2].end;
+            const qsizetype start = token.end;
+            collations.insert(column.toLower(), createTable.mid(start, end - start).trimmed());
+        }
+    }
+    return collations;
+}
+
+QString WithoutCast(const QString& expression)
+{
+    const std::vector<Token> tokens = Split(expression);
+    if (tokens.size() < 6 || tokens[0].text.compare(u"CAST", Qt::CaseInsensitive) != 0 || tokens[1].text != u"("
+        || tokens.back().text != u")")
+        return expression;
+    int depth = 0;
+    std::size_t as = 0;
+    for (std::size_t i = 1; i < tokens.size(); ++i) {
+        if (tokens[i].name) {
+            if (depth == 1 && tokens[i].text.compare(u"AS", Qt::CaseInsensitive) == 0)
+                as = i;
+        } else if (tokens[i].text == u"(") {
+            ++depth;
+        } else if (tokens[i].text == u")" && --depth == 0 && i + 1 < tokens.size()) {
+            return expression; // the cast is only the beginning
+        }
+    }
+    if (as < 3)
+        return expression;
+    return expression.mid(tokens[2].start, tokens[as].start - tokens[2].start).trimmed();
+}
+
+} // namespace SqlTokens
