@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "hf/database.h"
+
+#include <QHash>
+#include <QPair>
+
+/// Whole texts of the macros of a schema: all overloads of a name in one
+/// statement, with types and defaults of parameters. The keys are the name in
+/// lower case and whether it is a table macro. Runs queries of its own.
+using MacroTexts = QHash<QPair<QString, bool>, QString>;
+MacroTexts ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);
+
+/// The parameters of one overload as the engine's message about arguments that
+/// do not fit lists them.
+struct MacroParameter
+{
+    QString name;
+    QString type;         ///< may be empty
+    QString defaultText;  ///< empty: none
+};
+
+/// Reads defaults off the lines behind "Candidate macros:" of the engine's
+/// message; false when it does not look as expected. `overloads` come with the
+/// names and types that the catalogue has.
+bool ReadMacroDefaults(const QString& message, const QString& name, QList<QList<MacroParameter>>& overloads);
+
+/// CREATE TYPE statements of the user's types of a schema, those that others
+/// are made of first come as they are: texts name no other type.
+struct TypeText
+{
+    QString name;
+    QString create;
+    QString drop;
+};
+QList<TypeText> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);
