@@ -108,6 +108,12 @@ private:
 
     void ReadValue(const OptionSpec& spec)
     {
+        if (spec.takesMany) {
+            m_line.options[spec.name]; // given, even without values
+            while (m_index < m_arguments.size() && !m_arguments[m_index].startsWith(QLatin1String("--")))
+                Add(spec, m_arguments[m_index++]);
+            return;
+        }
         if (m_index == m_arguments.size())
             return Fail(QObject::tr("option --%1 needs a value: %2").arg(spec.name, spec.value));
         Add(spec, m_arguments[m_index++]);

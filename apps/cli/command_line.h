@@ -18,6 +18,7 @@ struct OptionSpec
     QString value;       ///< what to write for its value in the help; empty: a switch
     QString help;
     bool repeats = false; ///< otherwise a second one is a mistake
+    bool takesMany = false; ///< all arguments up to the next option are its values; there may be none
 };
 
 struct CommandLine;

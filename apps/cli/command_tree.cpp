@@ -155,7 +155,7 @@ public:
             if (property.id == PROP_NAME || text.isEmpty() || property.flags & HF::PROPERTY_HIDDEN)
                 continue;
             m_output.Write(QStringLiteral("%1  %2: %3\n")
-                               .arg(indent, HF::LPropertyID::GetPropertyName(property.id), OneLine(text)));
+                               .arg(indent, HF::LPropertyID::GetPropertyTitle(property.id), OneLine(text)));
         }
         if (!IsOpen(*object, m_extent, depth))
             return;

@@ -25,5 +25,12 @@ int RunProbe(const CommandLine& line);
 int RunBackup(const CommandLine& line);
 int RunIdents(const CommandLine& line);
 int RunTree(const CommandLine& line);
+int RunDdl(const CommandLine& line);
+int RunDesign(const CommandLine& line);
+int RunRows(const CommandLine& line);
+int RunEdit(const CommandLine& line);
+int RunDump(const CommandLine& line);
+int RunLoad(const CommandLine& line);
+int RunScript(const CommandLine& line);
 
 } // namespace orbis

@@ -4,7 +4,10 @@
 #include "cli/command_line.h"
 #include "cli/console.h"
 
+#include "hf/background.h"
+#include "hf/engine.h"
 #include "hf/log.h"
+#include "script/connect_scripts.h"
 
 #include <QCoreApplication>
 #include <QObject>
@@ -25,7 +28,7 @@ std::unique_ptr<HostSession> HostSession::Load(const CommandLine& line)
         if (factory->GetFactoryId() == HF::FACTORY_DUCKDB) {
             loaded.plugin->HostStarted();
             return std::unique_ptr<HostSession>(
-                new HostSession(std::move(loaded.plugin), factory, line.Has(QStringLiteral("read-only"))));
+                new HostSession(std::move(loaded.plugin), factory, line));
         }
     }
     Console::Instance().Error(QObject::tr("the plug-in offers no DuckDB"));
@@ -33,13 +36,21 @@ std::unique_ptr<HostSession> HostSession::Load(const CommandLine& line)
 }
 
 HostSession::HostSession(std::unique_ptr<HF::I_LPlugin> plugin, const rc::Ref<HF::I_LConnectionFactory>& factory,
-                         bool readOnly)
-    : m_plugin(std::move(plugin)), m_factory(factory), m_readOnly(readOnly)
+                         const CommandLine& line)
+    : m_plugin(std::move(plugin))
+    , m_factory(factory)
+    , m_preScript(line.Value(QStringLiteral("pre-script")))
+    , m_postScript(line.Value(QStringLiteral("post-script")))
+    , m_readOnly(line.Has(QStringLiteral("read-only")))
 {
+    // Standard output is for data.
+    m_scripts = std::make_unique<ConnectScripts>(
+        factory, [](const QString& words, bool) { Console::Instance().Say(words); });
 }
 
 HostSession::~HostSession()
 {
+    m_words.Force(); // the program must not end while a worker reads them
     Close();
     m_plugin->HostStopping();
 }
@@ -55,7 +66,15 @@ HF::LConnectionParameters HostSession::MakeParameters(const QString& location) c
     parameters.FactoryId = HF::FACTORY_DUCKDB;
     parameters.Location = weft::String(location);
     parameters.ReadOnly = m_readOnly;
+    parameters.PreScript = weft::String(m_preScript);
+    parameters.PostScript = weft::String(m_postScript);
     return parameters;
+}
+
+void HostSession::ReadWordsAhead()
+{
+    m_words = get_Engine().GetKeywords(get_Connection());
+    HF::RunOnWorker([words = m_words] { words.Force(); });
 }
 
 rc::Ptr<HF::I_LDatabase> HostSession::Open(const QString& location)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hf/database.h"
+#include "hf/keywords.h"
 #include "hf/plugin.h"
 
 #include <QString>
@@ -11,6 +12,7 @@
 namespace orbis {
 
 struct CommandLine;
+class ConnectScripts;
 
 /// The driver as the program sees it: the loaded plug-in, its factory, and at
 /// most one open database. What fails is told on the error stream. Main thread.
@@ -31,17 +33,23 @@ public:
     rc::Ptr<HF::I_LConnection> get_Connection() const;
 
     HF::LConnectionParameters MakeParameters(const QString& location) const;
+    /// Has the engine's words read on a worker: whatever quotes a name asks for them.
+    void ReadWordsAhead();
     /// Opens an existing database; null when that fails.
     rc::Ptr<HF::I_LDatabase> Open(const QString& location);
     /// Closes the database; false when that failed.
     bool Close();
 
 private:
-    HostSession(std::unique_ptr<HF::I_LPlugin> plugin, const rc::Ref<HF::I_LConnectionFactory>& factory, bool readOnly);
+    HostSession(std::unique_ptr<HF::I_LPlugin> plugin, const rc::Ref<HF::I_LConnectionFactory>& factory,
+                const CommandLine& line);
 
     std::unique_ptr<HF::I_LPlugin> m_plugin;
     rc::Ref<HF::I_LConnectionFactory> m_factory;
     rc::Ptr<HF::I_LDatabase> m_database;
+    HF::LLazy<HF::LDatabaseKeywords, false> m_words;
+    std::unique_ptr<ConnectScripts> m_scripts;
+    QString m_preScript, m_postScript;
     bool m_readOnly;
 };
 

@@ -6,15 +6,20 @@
 #include "cli/exit_code.h"
 #include "cli/output.h"
 #include "cli/text_encoding.h"
+#include "i18n/translations.h"
 
 #include "uik/settings.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include <langinfo.h>
 #include <unistd.h>
@@ -32,6 +37,24 @@ void UseUtf8Locale()
         return;
     ::setenv("LC_ALL", "C.UTF-8", 1);
     std::setlocale(LC_ALL, "");
+}
+
+/// Only what shows windows pays for them; without a display nobody sees them.
+std::unique_ptr<QCoreApplication> MakeApplication(int& argc, char** argv, bool usesWindows)
+{
+    if (!usesWindows)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A server has no such folder, and nothing here needs it.
+    const QtMessageHandler former = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& words) {
+        if (!words.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+            std::fprintf(stderr, "%s\n", qPrintable(words));
+    });
+    auto application = std::make_unique<QApplication>(argc, argv);
+    qInstallMessageHandler(former);
+    return application;
 }
 
 int Print(const QString& text)
@@ -56,8 +79,12 @@ int RunProgram(int argc, char** argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows at the write
     UseUtf8Locale();
-    QCoreApplication application(argc, argv);
+    // Made before the line is read, which takes a language.
+    const bool usesWindows = std::any_of(argv + 1, argv + argc, [](const char* one) { return std::strcmp(one, "script") == 0; });
+    const std::unique_ptr<QCoreApplication> made = MakeApplication(argc, argv, usesWindows);
+    QCoreApplication& application = *made;
     QCoreApplication::setApplicationName(QStringLiteral("orbis"));
+    InstallTranslations(application);
 
     Console& console = Console::Instance();
     QStringList arguments;
@@ -80,6 +107,9 @@ int RunProgram(int argc, char** argv)
         console.Say(QObject::tr("\"orbis --help\" tells more."));
         return ExitUsage;
     }
+    // Documents for other programs are the same in every language.
+    if (line.Has(QStringLiteral("json")) || line.Value(QStringLiteral("format")).endsWith(QLatin1String("json")))
+        RemoveTranslations(application);
     if (line.Has(QStringLiteral("settings")))
         uik::SetSettingsFile(line.Value(QStringLiteral("settings")));
     try {

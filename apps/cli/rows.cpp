@@ -2,6 +2,7 @@
 #include "cli/rows.h"
 
 #include "cli/text_encoding.h"
+#include "hf/field_kinds.h"
 
 #include <limits>
 
@@ -68,18 +69,7 @@ Cell ToCell(const HF::I_LSqlValue& value)
 
 bool Column::IsNumeric() const
 {
-    switch (fieldType) {
-    case HF::FIELD_SMALLINT:
-    case HF::FIELD_INTEGER:
-    case HF::FIELD_BIGINT:
-    case HF::FIELD_UHUGEINT:
-    case HF::FIELD_FLOAT:
-    case HF::FIELD_DOUBLE:
-    case HF::FIELD_DECIMAL:
-        return true;
-    default:
-        return false;
-    }
+    return HF::IsNumberType(fieldType);
 }
 
 CursorRows::CursorRows(const rc::Ref<HF::I_LCursor>& cursor) : m_cursor(cursor)
