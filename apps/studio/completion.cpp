@@ -20,9 +20,9 @@ QString Unquoted(QString name)
     return name;
 }
 
-QString Written(const QString& name)
+QString Written(const QString& name, const QStringList& reserved)
 {
-    bool plain = !name.isEmpty() && !name.front().isDigit();
+    bool plain = !name.isEmpty() && !name.front().isDigit() && !reserved.contains(name, Qt::CaseInsensitive);
     for (const QChar c : name)
         plain = plain && IsNamePart(c);
     return plain ? name : u'"' + QString(name).replace(u'"', QLatin1String("\"\"")) + u'"';
@@ -98,18 +98,42 @@ void Add(QStringList& list, const QString& word, const QString& prefix)
         list.append(word);
 }
 
+/// Where the quoted name begins that is still open at the end of the text; -1 for none.
+qsizetype OpenQuote(QStringView text)
+{
+    static const QRegularExpression quoted(QStringLiteral(R"('(?:[^']|'')*(?:'|$)|--[^\n]*|"(?:[^"]|"")*("|$))"));
+    for (auto all = quoted.globalMatch(text.toString()); all.hasNext();)
+        if (const auto match = all.next(); match.captured().startsWith(u'"') && match.captured(1).isEmpty())
+            return match.capturedStart();
+    return -1;
+}
+
 } // namespace
+
+int WordStart(const QString& text, int position)
+{
+    if (const qsizetype quote = OpenQuote(QStringView(text).left(position)); quote >= 0)
+        return int(quote);
+    while (position > 0 && IsNamePart(text[position - 1]))
+        --position;
+    return position;
+}
 
 Completion CompleteAt(const QString& statement, int position, const CompletionWords& words)
 {
     position = qBound(0, position, int(statement.size()));
-    int start = position;
-    while (start > 0 && IsNamePart(statement[start - 1]))
-        --start;
-    const QString prefix = statement.mid(start, position - start);
+    const int start = WordStart(statement, position);
+    QString prefix = statement.mid(start, position - start);
+    const bool quoted = prefix.startsWith(u'"');
+    if (quoted)
+        prefix = prefix.mid(1).replace(QLatin1String("\"\""), QLatin1String("\""));
 
     Completion result;
     result.prefixLength = position - start;
+    const auto addName = [&](const HF::LIdent& ident) {
+        if (ident.get_Name().startsWith(prefix, Qt::CaseInsensitive))
+            result.words.append(Written(ident.get_Name(), words.reserved));
+    };
     const QStringList path = PathBefore(statement, start);
     if (!path.isEmpty()) {
         QStringList target = path;
@@ -121,14 +145,16 @@ Completion CompleteAt(const QString& statement, int position, const CompletionWo
             target.removeFirst();
         for (const HF::LIdent& ident : words.idents)
             if (IsBelow(ident, target))
-                Add(result.words, Written(ident.get_Name()), prefix);
+                addName(ident);
     } else {
         for (const HF::LIdent& ident : words.idents)
-            Add(result.words, Written(ident.get_Name()), prefix);
-        for (const QString& keyword : words.keywords)
-            Add(result.words, keyword.toUpper(), prefix);
-        for (const QString& function : words.functions)
-            Add(result.words, function, prefix);
+            addName(ident);
+        if (!quoted) {
+            for (const QString& keyword : words.keywords)
+                Add(result.words, keyword.toUpper(), prefix);
+            for (const QString& function : words.functions)
+                Add(result.words, function, prefix);
+        }
     }
     result.words.sort(Qt::CaseInsensitive);
     result.words.removeDuplicates();

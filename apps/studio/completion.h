@@ -10,6 +10,7 @@ struct CompletionWords
 {
     QList<HF::LIdent> idents;
     QStringList keywords;
+    QStringList reserved; ///< keywords that are names only in quotes
     QStringList functions;
 };
 
@@ -19,6 +20,10 @@ struct Completion
     int prefixLength = 0; ///< units before the place that the chosen word replaces
     QStringList words;    ///< sorted, without repeats
 };
+
+/// Where the word begins that ends at `position`: a name, or a quoted name that
+/// is not closed yet, with its quote.
+int WordStart(const QString& text, int position);
 
 /// Completes the word before `position` in a statement. Behind "name." come the
 /// columns of the table or alias of that name, or the objects of the schema;

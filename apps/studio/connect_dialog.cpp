@@ -8,7 +8,10 @@
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -19,6 +22,7 @@ ConnectDialog::ConnectDialog(const rc::Ref<HF::I_LConnectionFactory>& factory, Q
     , m_factory(factory)
     , m_name(new QLineEdit(this))
     , m_readOnly(new QCheckBox(tr("Open read-only"), this))
+    , m_scripts(new QGroupBox(tr("Run scripts"), this))
     , m_error(new QLabel(this))
 {
     setWindowTitle(tr("Connect to a Database"));
@@ -42,6 +46,13 @@ ConnectDialog::ConnectDialog(const rc::Ref<HF::I_LConnectionFactory>& factory, Q
     if (m_pane)
         layout->addWidget(m_pane);
     layout->addWidget(m_readOnly);
+    m_scripts->setCheckable(true);
+    m_scripts->setChecked(false);
+    m_scripts->setObjectName(QStringLiteral("scripts"));
+    auto* scripts = new QFormLayout(m_scripts);
+    m_preScript = AddScriptField(scripts, tr("Before connecting:"), "preScript");
+    m_postScript = AddScriptField(scripts, tr("After connecting:"), "postScript");
+    layout->addWidget(m_scripts);
     m_error->setWordWrap(true);
     m_error->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_error->setStyleSheet(QStringLiteral("color: #c62828"));
@@ -50,6 +61,26 @@ ConnectDialog::ConnectDialog(const rc::Ref<HF::I_LConnectionFactory>& factory, Q
     layout->addStretch();
     layout->addWidget(buttons);
     resize(560, sizeHint().height());
+}
+
+QLineEdit* ConnectDialog::AddScriptField(QFormLayout* form, const QString& label, const char* name)
+{
+    auto* path = new QLineEdit(m_scripts);
+    path->setObjectName(QLatin1String(name));
+    auto* choose = new QPushButton(tr("Select..."), m_scripts);
+    choose->setAutoDefault(false);
+    connect(choose, &QPushButton::clicked, this, [this, path] {
+        const QString chosen = QFileDialog::getOpenFileName(this, tr("Open Script"), path->text(),
+                                                            tr("Scripts") + QLatin1String(" (*.js *.mjs);;")
+                                                                + tr("All Files") + QLatin1String(" (*)"));
+        if (!chosen.isEmpty())
+            path->setText(chosen);
+    });
+    auto* row = new QHBoxLayout;
+    row->addWidget(path, 1);
+    row->addWidget(choose);
+    form->addRow(label, row);
+    return path;
 }
 
 bool ConnectDialog::IsValid() const
@@ -69,6 +100,10 @@ void ConnectDialog::Connect()
     HF::LConnectionParameters parameters = m_pane->GetParameters();
     parameters.WorkspaceId = HF::GetActiveWorkspaceID();
     parameters.ReadOnly = m_readOnly->isChecked();
+    if (m_scripts->isChecked()) {
+        parameters.PreScript = m_preScript->text().trimmed();
+        parameters.PostScript = m_postScript->text().trimmed();
+    }
     m_connecting = true;
     m_ok->setEnabled(false);
     m_error->hide();

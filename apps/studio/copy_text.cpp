@@ -3,7 +3,7 @@
 
 #include "hf/sql_text.h"
 #include "hf/values.h"
-#include "studio/cursor_model.h"
+#include "studio/cell_source.h"
 
 namespace {
 
@@ -53,13 +53,13 @@ QString Literal(const Value& value)
 
 } // namespace
 
-QString CopyText(const CursorModel& model, const QList<int>& rows, const QList<int>& columns, CopyForm form,
+QString CopyText(const CellSource& cells, const QList<int>& rows, const QList<int>& columns, CopyForm form,
                  const QString& table)
 {
-    const rc::Ptr<const HF::LTreeItem> item(model.get_Cursor());
+    const rc::Ptr<const HF::LTreeItem> item = cells.get_Item();
     QStringList names;
     for (const int column : columns)
-        names.append(model.ColumnName(column));
+        names.append(cells.ColumnName(column));
 
     QString text;
     if (form == CopyForm::Csv) {
@@ -72,30 +72,30 @@ QString CopyText(const CursorModel& model, const QList<int>& rows, const QList<i
                                                           .arg(HF::QuoteName(table, item), HF::JoinIdentifiers(names, item))
                                                     : QString();
     for (const int row : rows) {
-        QStringList cells;
+        QStringList texts;
         for (const int column : columns) {
-            const Value value = model.Value(row, column);
+            const Value value = cells.Value(row, column);
             switch (form) {
             case CopyForm::Text:
-                cells.append(TabText(value));
+                texts.append(TabText(value));
                 break;
             case CopyForm::Csv:
-                cells.append(CsvField(PlainText(value), IsNull(value)));
+                texts.append(CsvField(PlainText(value), IsNull(value)));
                 break;
             case CopyForm::Insert:
-                cells.append(Literal(value));
+                texts.append(Literal(value));
                 break;
             }
         }
         switch (form) {
         case CopyForm::Text:
-            text += cells.join(u'\t') + u'\n';
+            text += texts.join(u'\t') + u'\n';
             break;
         case CopyForm::Csv:
-            text += cells.join(u',') + u'\n';
+            text += texts.join(u',') + u'\n';
             break;
         case CopyForm::Insert:
-            text += insert + cells.join(QLatin1String(", ")) + QLatin1String(");\n");
+            text += insert + texts.join(QLatin1String(", ")) + QLatin1String(");\n");
             break;
         }
     }

@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-class CursorModel;
+class CellSource;
 
 /// Forms in which cells leave the grid.
 enum class CopyForm { Text, Csv, Insert };
@@ -12,5 +12,5 @@ enum class CopyForm { Text, Csv, Insert };
 /// The cells of the rows and columns, in order. Text is separated by tabs,
 /// CSV by RFC 4180 with a header (NULL empty, the empty text quoted), Insert is
 /// one statement a row for `table`, values as literals.
-QString CopyText(const CursorModel& model, const QList<int>& rows, const QList<int>& columns, CopyForm form,
+QString CopyText(const CellSource& cells, const QList<int>& rows, const QList<int>& columns, CopyForm form,
                  const QString& table);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/cursor_model.h"
 
+#include "hf/field_kinds.h"
+
 #include <QApplication>
 #include <QBrush>
 #include <QPalette>
@@ -12,22 +14,6 @@ namespace {
 /// What a cell of the grid shows at most.
 constexpr long ShownUnits = 300;
 constexpr qsizetype ShownBytes = 64;
-
-bool IsNumber(HF::ELFieldType type)
-{
-    switch (type) {
-    case HF::FIELD_SMALLINT:
-    case HF::FIELD_INTEGER:
-    case HF::FIELD_BIGINT:
-    case HF::FIELD_UHUGEINT:
-    case HF::FIELD_FLOAT:
-    case HF::FIELD_DOUBLE:
-    case HF::FIELD_DECIMAL:
-        return true;
-    default:
-        return false;
-    }
-}
 
 } // namespace
 
@@ -71,7 +57,7 @@ QVariant CursorModel::data(const QModelIndex& index, int role) const
         return {};
     const HF::ELFieldType type = m_types[index.column()];
     if (role == Qt::TextAlignmentRole)
-        return IsNumber(type) ? QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+        return HF::IsNumberType(type) ? QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     if (role == FieldTypeRole)
         return int(type);
 

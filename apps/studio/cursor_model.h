@@ -2,12 +2,13 @@
 #pragma once
 
 #include "hf/cursor.h"
+#include "studio/cell_source.h"
 
 #include <QAbstractTableModel>
 
 /// The rows of a cursor as a table. NULL shows as a dimmed word, bytes as
 /// hexadecimal, long texts shortened; the Edit role gives the whole text.
-class CursorModel : public QAbstractTableModel
+class CursorModel : public QAbstractTableModel, public CellSource
 {
     Q_OBJECT
 
@@ -23,8 +24,9 @@ public:
 
     const rc::Ref<HF::I_LCursor>& get_Cursor() const { return m_cursor; }
     /// The value of a cell; null when out of range.
-    rc::Ptr<HF::I_LSqlValue> Value(int row, int column) const;
-    QString ColumnName(int column) const;
+    rc::Ptr<HF::I_LSqlValue> Value(int row, int column) const override;
+    QString ColumnName(int column) const override;
+    rc::Ptr<const HF::LTreeItem> get_Item() const override { return rc::Ptr<const HF::LTreeItem>(m_cursor); }
 
 private:
     QString ShortText(const HF::I_LField& field) const;

@@ -17,7 +17,7 @@ constexpr int MostEntries = 1000;
 LogPanel::LogPanel(QWidget* parent)
     : QTabWidget(parent), m_queries(new QTreeWidget(this)), m_errors(new QPlainTextEdit(this))
 {
-    m_queries->setHeaderLabels({tr("Time"), tr("Database"), tr("ms"), tr("Rows"), tr("Statement"), tr("Error")});
+    m_queries->setHeaderLabels({tr("Time"), tr("Database"), tr("ms"), tr("Changed rows"), tr("Statement"), tr("Error")});
     m_queries->setRootIsDecorated(false);
     m_queries->setUniformRowHeights(true);
     m_queries->setAlternatingRowColors(true);
@@ -74,7 +74,7 @@ void LogPanel::AddQuery(const HF::LQueryLogEntry& entry)
         delete m_queries->takeTopLevelItem(0);
     auto* item = new QTreeWidgetItem(
         m_queries, {entry.time.toString(QStringLiteral("HH:mm:ss")), entry.databaseName, QString::number(entry.milliseconds),
-                    QString::number(entry.affected), entry.text.left(2000).simplified(), entry.error.simplified()});
+                    entry.affected > 0 ? QString::number(entry.affected) : QString(), entry.text.left(2000).simplified(), entry.error.simplified()});
     item->setData(4, Qt::UserRole, entry.text);
     item->setToolTip(4, entry.text.left(2000));
     item->setToolTip(5, entry.error);

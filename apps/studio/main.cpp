@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hf/background.h"
 #include "hf/plugin.h"
+#include "i18n/translations.h"
 #include "studio/appearance.h"
 #include "studio/main_window.h"
-#include "studio/translations.h"
 #include "uik/settings.h"
 
 #include <QApplication>

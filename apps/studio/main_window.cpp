@@ -7,14 +7,20 @@
 #include "hf/services.h"
 #include "hf/sql_text.h"
 #include "studio/connect_dialog.h"
+#include "studio/data_tab.h"
+#include "studio/design_tab.h"
 #include "studio/log_panel.h"
 #include "studio/object_tab.h"
 #include "studio/open_database.h"
+#include "script/connect_scripts.h"
 #include "studio/property_sheet.h"
+#include "studio/script_tab.h"
 #include "studio/sql_editor_tab.h"
 #include "studio/sql_text_edit.h"
 #include "studio/start_page.h"
+#include "studio/structure_menu.h"
 #include "studio/tree_model.h"
+#include "studio/wizards.h"
 #include "uik/settings.h"
 
 #include <QApplication>
@@ -27,6 +33,7 @@
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <QTreeView>
 
 namespace {
@@ -53,6 +60,7 @@ MainWindow::MainWindow(HF::I_LPlugin& plugin, QWidget* parent)
     , m_sheet(new PropertySheet(this))
     , m_tabs(new QTabWidget(this))
     , m_log(new LogPanel(this))
+    , m_structure(new StructureMenu(*this))
 {
     setWindowTitle(QStringLiteral("Orbis Studio"));
     setWindowIcon(HF::LoadCachedIcon(QStringLiteral(":/icons/orbis.svg")));
@@ -97,7 +105,11 @@ MainWindow::MainWindow(HF::I_LPlugin& plugin, QWidget* parent)
     });
     connect(m_log, &LogPanel::StatementChosen, this, [this](const QString& text) { OpenSqlTab(CurrentDatabase(), text); });
 
+    connect(m_structure, &StructureMenu::Changed, this,
+            [this](const rc::Ptr<HF::I_LDatabase>& database) { StructureChanged(database, nullptr); });
+
     MakeActions();
+    InstallConnectScripts();
     RestoreState();
     statusBar()->showMessage(m_connection ? m_connection->get_Info().Force() : QString());
 }
@@ -115,9 +127,15 @@ void MainWindow::MakeTree()
     m_tree->setUniformRowHeights(true);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_tree->setExpandsOnDoubleClick(false);
+    m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
     connect(m_tree, &QWidget::customContextMenuRequested, this, &MainWindow::ShowTreeMenu);
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) { m_sheet->ShowObject(m_model->ItemAt(current)); });
+    connect(m_model, &QAbstractItemModel::dataChanged, this, [this] {
+        // The list was read anew, and the selected object with it.
+        if (const auto item = m_model->ItemAt(m_tree->currentIndex()); item && item.get() != m_sheet->get_Item().get())
+            m_sheet->ShowObject(item);
+    });
     connect(m_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
         const rc::Ptr<HF::LTreeItem> item = m_model->ItemAt(index);
         const rc::Ptr<HF::LAction> action = item ? item->get_DefaultAction() : nullptr;
@@ -144,6 +162,8 @@ rc::Ptr<HF::I_LDatabase> MainWindow::CurrentDatabase() const
             return database;
     if (const SqlEditorTab* tab = CurrentSqlTab())
         return tab->get_Database();
+    if (const DataTab* tab = CurrentDataTab())
+        return tab->get_Database();
     const RcList<HF::I_LDatabase> open = m_connection ? m_connection->get_Databases() : RcList<HF::I_LDatabase>();
     return open.isEmpty() ? nullptr : rc::Ptr<HF::I_LDatabase>(open.first());
 }
@@ -151,6 +171,20 @@ rc::Ptr<HF::I_LDatabase> MainWindow::CurrentDatabase() const
 SqlEditorTab* MainWindow::CurrentSqlTab() const
 {
     return qobject_cast<SqlEditorTab*>(m_tabs->currentWidget());
+}
+
+DataTab* MainWindow::CurrentDataTab() const
+{
+    return qobject_cast<DataTab*>(m_tabs->currentWidget());
+}
+
+QList<DataTab*> MainWindow::DataTabs() const
+{
+    QList<DataTab*> tabs;
+    for (int i = 0; i < m_tabs->count(); ++i)
+        if (auto* tab = qobject_cast<DataTab*>(m_tabs->widget(i)))
+            tabs.append(tab);
+    return tabs;
 }
 
 void MainWindow::OpenLocation(const QString& location, bool readOnly)
@@ -196,13 +230,45 @@ SqlEditorTab* MainWindow::OpenSqlTab(const rc::Ptr<HF::I_LDatabase>& database, c
 void MainWindow::UpdateTitles()
 {
     for (int i = 0; i < m_tabs->count(); ++i)
-        if (const auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(i))) {
+        if (const auto* design = qobject_cast<DesignTab*>(m_tabs->widget(i))) {
+            m_tabs->setTabText(i, design->Title());
+        } else if (const auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(i))) {
             const auto database = tab->get_Database();
             const QString name = tab->get_FilePath().isEmpty() ? tr("SQL") : QFileInfo(tab->get_FilePath()).fileName();
             m_tabs->setTabText(i, QStringLiteral("%1%2 - %3")
                                       .arg(tab->get_Editor()->isModified() ? QStringLiteral("*") : QString(), name,
                                            database ? database->get_Name() : tr("closed")));
+        } else if (const auto* script = qobject_cast<ScriptTab*>(m_tabs->widget(i))) {
+            m_tabs->setTabText(i, script->Title());
+        } else if (const auto* rows = qobject_cast<DataTab*>(m_tabs->widget(i))) {
+            const QString text = m_tabs->tabText(i);
+            const QString name = text.startsWith(u'*') ? text.mid(1) : text;
+            m_tabs->setTabText(i, rows->HasPendingEdits() ? u'*' + name : name);
         }
+}
+
+void MainWindow::OpenDataTab(const rc::Ref<HF::I_LSchemaObject>& object)
+{
+    // What the cursor asks for is read beforehand, without holding the window up.
+    HF::RunInBackground(
+        [object] {
+            for (const int type : {HF::TYPE_FIELD, HF::TYPE_METHOD})
+                object->get_ChildObjects(type).Force();
+            return true;
+        },
+        this, [this, object](bool) {
+            const rc::Ptr<HF::I_LTableCursor> cursor = object->OpenCursor(0, false, true, false);
+            if (!cursor) {
+                OpenSqlTab(object->get_Database(),
+                           QStringLiteral("SELECT * FROM %1 LIMIT %2;\n").arg(object->get_NameForQuery(true)).arg(FirstRows),
+                           true);
+                return;
+            }
+            auto* tab = new DataTab(rc::Ref<HF::I_LTableCursor>(cursor), m_tabs);
+            connect(tab, &DataTab::TitleChanged, this, &MainWindow::UpdateTitles);
+            m_tabs->addTab(tab, HF::LoadCachedIcon(object->get_Icon().Force()), object->get_Name());
+            m_tabs->setCurrentWidget(tab);
+        });
 }
 
 bool MainWindow::OpenNewWindow(int)
@@ -233,6 +299,22 @@ bool MainWindow::SelectItem(const rc::Ref<HF::LTreeItem>& item)
     return true;
 }
 
+void MainWindow::Reveal(const rc::Ref<HF::LTreeItem>& item, int attempts)
+{
+    const auto parent = rc::cast<HF::I_LSchemaObject>(item->get_ParentObject());
+    const rc::Ptr<HF::LSchemaItemList> list = parent ? parent->get_ChildList(item->get_ObjectType()) : nullptr;
+    // It may have been read anew since.
+    const rc::Ptr<HF::LTreeItem> now = list ? rc::Ptr<HF::LTreeItem>(list->get_ChildItem(item->get_Name())) : nullptr;
+    if (SelectItem(now ? rc::Ref<HF::LTreeItem>(now) : item) || attempts <= 0)
+        return;
+    for (const HF::LTreeItem* above : {static_cast<const HF::LTreeItem*>(list.get()), static_cast<const HF::LTreeItem*>(parent.get())})
+        if (const QModelIndex index = m_model->IndexOf(above); index.isValid()) {
+            m_tree->expand(index);
+            break;
+        }
+    QTimer::singleShot(50, this, [this, item, attempts] { Reveal(item, attempts - 1); });
+}
+
 void MainWindow::ExpandSelected()
 {
     m_tree->expand(m_tree->currentIndex());
@@ -248,10 +330,63 @@ void MainWindow::Unavailable(const QString& what)
     HF::Alert(tr("%1 is not part of this version.").arg(what));
 }
 
-RcList<HF::I_LSchemaObject> MainWindow::RunDesigner(const rc::Ref<HF::I_LSchemaObject>&, HF::ELObjectType)
+RcList<HF::I_LSchemaObject> MainWindow::RunDesigner(const rc::Ref<HF::I_LSchemaObject>& parent, HF::ELObjectType type)
 {
-    Unavailable(tr("The structure editor"));
-    return {};
+    DesignTarget target;
+    target.type = type;
+    target.schema = parent->get_Name();
+    if (type == HF::TYPE_LINK)
+        HF::Alert(tr("A foreign key is made in the structure editor of its table."));
+    else
+        OpenDesign(parent->get_Database(), target);
+    return {}; // the object comes into being when the edits are applied
+}
+
+DesignTab* MainWindow::OpenDesign(const rc::Ptr<HF::I_LDatabase>& database, const DesignTarget& target)
+{
+    if (!database || target.type == HF::TYPE_NONE)
+        return nullptr;
+    for (int i = 0; i < m_tabs->count(); ++i)
+        if (auto* open = qobject_cast<DesignTab*>(m_tabs->widget(i))) {
+            const DesignTarget& other = open->get_Session()->get_Target();
+            if (!target.name.isEmpty() && open->get_Session()->get_Database().get() == database.get()
+                && other.type == target.type && other.schema == target.schema && other.name == target.name
+                && (!other.source || !target.source || target.type != HF::TYPE_FUNCTION
+                    || other.source.get() == target.source.get())) {
+                m_tabs->setCurrentIndex(i);
+                return open;
+            }
+        }
+    auto* tab = new DesignTab(rc::Ref<HF::I_LDatabase>(database), target, m_tabs);
+    connect(tab, &DesignTab::TitleChanged, this, &MainWindow::UpdateTitles);
+    connect(tab, &DesignTab::StructureApplied, this,
+            [this, tab] { StructureChanged(tab->get_Session()->get_Database(), tab); });
+    m_tabs->addTab(tab, HF::LoadCachedIcon(QStringLiteral(":/icons/design.svg")), tab->Title());
+    m_tabs->setCurrentWidget(tab);
+    return tab;
+}
+
+void MainWindow::StructureChanged(const rc::Ptr<HF::I_LDatabase>& database, const DesignTab* by)
+{
+    if (!database)
+        return;
+    database->InvalidateIdents();
+    for (int i = 0; i < m_tabs->count(); ++i) {
+        auto* design = qobject_cast<DesignTab*>(m_tabs->widget(i));
+        if (design && design != by && design->get_Session()->get_Database().get() == database.get())
+            design->StructureChanged();
+        auto* sql = qobject_cast<SqlEditorTab*>(m_tabs->widget(i));
+        if (sql && sql->get_Database().get() == database.get())
+            sql->RefreshWords();
+    }
+}
+
+bool MainWindow::MayCloseDesigns()
+{
+    for (int i = 0; i < m_tabs->count(); ++i)
+        if (auto* design = qobject_cast<DesignTab*>(m_tabs->widget(i)); design && !design->MayClose())
+            return false;
+    return true;
 }
 
 void MainWindow::EditObject(const rc::Ref<HF::I_LSchemaObject>& object)
@@ -259,14 +394,16 @@ void MainWindow::EditObject(const rc::Ref<HF::I_LSchemaObject>& object)
     OpenEditor(QString::fromLatin1(HF::DO_DESIGN), object);
 }
 
-void MainWindow::StartDump(const rc::Ref<HF::LTreeItem>&)
+void MainWindow::StartDump(const rc::Ref<HF::LTreeItem>& item)
 {
-    Unavailable(tr("The dump wizard"));
+    ShowDumpWizard(*this, item);
 }
 
-void MainWindow::StartLoad(const rc::Ref<HF::LTreeItem>&)
+void MainWindow::StartLoad(const rc::Ref<HF::LTreeItem>& item)
 {
-    Unavailable(tr("The load wizard"));
+    ShowLoadWizard(*this, item, CurrentDatabase(), [this](const rc::Ref<HF::I_LDatabase>& database, const QString& text) {
+        OpenSqlTab(database, text);
+    });
 }
 
 void MainWindow::StartExportCsv(const rc::Ref<HF::LTreeItem>&)
@@ -284,14 +421,18 @@ void MainWindow::OpenEditor(const QString& action, const rc::Ref<HF::LTreeItem>&
     const auto object = rc::cast<HF::LDatabaseObject_Impl>(item);
     const rc::Ptr<HF::I_LDatabase> database = object ? object->get_Database() : CurrentDatabase();
     if (action == QLatin1String(HF::DO_OPEN_DATA_EDITOR) || action == QLatin1String(HF::DO_EXECUTE)) {
-        OpenSqlTab(database,
-                   QStringLiteral("SELECT * FROM %1 LIMIT %2;\n").arg(object->get_NameForQuery(true)).arg(FirstRows), true);
+        if (const auto source = rc::cast<HF::I_LSchemaObject>(item))
+            OpenDataTab(rc::Ref<HF::I_LSchemaObject>(source));
     } else if (action == QLatin1String(HF::DO_OPEN_QUERY_EDITOR)) {
         OpenSqlTab(database, object ? object->GetString(PROP_DEFINITION) : QString());
     } else if (action == QLatin1String(HF::DO_OPEN_PREFERENCES)) {
         PreferencesShown();
     } else if (action == QLatin1String(HF::DO_OPEN_DATABASE)) {
         ConnectDialogShown();
+    } else if (const DesignTarget target = DesignTarget::Of(item);
+               action == QLatin1String(HF::DO_DESIGN) && target.type != HF::TYPE_NONE) {
+        if (DesignTab* tab = OpenDesign(database, target))
+            tab->ShowPart(item->get_ObjectType(), item->get_Name());
     } else if (action == QLatin1String(HF::DO_DESIGN) && object) {
         auto* tab = new ObjectTab(rc::Ref<HF::LDatabaseObject_Impl>(object), m_tabs);
         m_tabs->addTab(tab, HF::LoadCachedIcon(item->get_Icon().Force()), item->get_Name());
@@ -303,13 +444,24 @@ void MainWindow::OpenEditor(const QString& action, const rc::Ref<HF::LTreeItem>&
 
 void MainWindow::DropDatabase(const rc::Ref<HF::I_LDatabase>& database)
 {
-    for (int i = m_tabs->count() - 1; i >= 0; --i)
-        if (auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(i)))
-            if (tab->get_Database().get() == database.get()) {
-                tab->Stop();
-                m_tabs->removeTab(i);
-                tab->deleteLater();
-            }
+    const auto close = [this](int index, QWidget* tab) {
+        m_tabs->removeTab(index);
+        tab->deleteLater();
+    };
+    for (int i = m_tabs->count() - 1; i >= 0; --i) {
+        QWidget* page = m_tabs->widget(i);
+        if (auto* tab = qobject_cast<SqlEditorTab*>(page); tab && tab->get_Database().get() == database.get()) {
+            tab->Stop();
+            close(i, tab);
+        } else if (auto* rows = qobject_cast<DataTab*>(page); rows && rows->get_Database().get() == database.get()) {
+            rows->Stop();
+            close(i, rows);
+        } else if (auto* design = qobject_cast<DesignTab*>(page);
+                   design && design->get_Session()->get_Database().get() == database.get()) {
+            design->get_Session()->Stop();
+            close(i, design);
+        }
+    }
 }
 
 void MainWindow::ShowTreeMenu(const QPoint& at)
@@ -318,10 +470,17 @@ void MainWindow::ShowTreeMenu(const QPoint& at)
     const rc::Ptr<HF::LTreeItem> item = m_model->ItemAt(index);
     if (!item)
         return;
-    const RcList<HF::LTreeItem> selection{rc::Ref<HF::LTreeItem>(item)};
-    std::unique_ptr<QMenu> menu(item->get_Menu());
+    RcList<HF::LTreeItem> selection;
+    for (const QModelIndex& selected : m_tree->selectionModel()->selectedRows())
+        if (const rc::Ptr<HF::LTreeItem> one = m_model->ItemAt(selected))
+            selection.append(rc::Ref<HF::LTreeItem>(one));
+    // A click beside the selection means the item alone.
+    if (!m_tree->selectionModel()->isSelected(index))
+        selection = {rc::Ref<HF::LTreeItem>(item)};
+    std::unique_ptr<QMenu> menu(selection.size() > 1 ? nullptr : item->get_Menu());
     if (!menu)
         menu = std::make_unique<QMenu>();
+    m_structure->AddActions(*menu, rc::Ref<HF::LTreeItem>(item), selection);
     if (!menu->isEmpty())
         menu->addSeparator();
     menu->addAction(HF::LoadCachedIcon(QStringLiteral(":/weft/icons/reload_thin.svg")), tr("Refresh"), this,
@@ -341,10 +500,21 @@ void MainWindow::CloseTab(int index)
         if (QMessageBox::question(this, tr("Close"), tr("The text has changes that are not saved. Close it all the same?"))
             != QMessageBox::Yes)
             return;
+    } else if (auto* design = qobject_cast<DesignTab*>(m_tabs->widget(index)); design && !design->MayClose()) {
+        return;
+    } else if (auto* script = qobject_cast<ScriptTab*>(m_tabs->widget(index)); script && !script->MayClose()) {
+        return;
     }
     QWidget* page = m_tabs->widget(index);
     if (page == m_start)
         return;
+    if (auto* rows = qobject_cast<DataTab*>(page)) {
+        if (rows->HasPendingEdits()
+            && QMessageBox::question(this, tr("Close"), tr("The table has changes that are not saved. Close it all the same?"))
+                   != QMessageBox::Yes)
+            return;
+        rows->Stop();
+    }
     m_tabs->removeTab(index);
     page->deleteLater();
 }
@@ -359,6 +529,20 @@ bool MainWindow::IsAnythingRunning() const
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    for (const DataTab* tab : DataTabs())
+        if (tab->HasPendingEdits()) {
+            m_tabs->setCurrentIndex(m_tabs->indexOf(tab));
+            if (QMessageBox::question(this, tr("Quit"), tr("There are changes that are not saved. Quit all the same?"))
+                != QMessageBox::Yes) {
+                event->ignore();
+                return;
+            }
+            break;
+        }
+    if (!MayCloseDesigns() || !MayCloseScripts()) {
+        event->ignore();
+        return;
+    }
     if (IsAnythingRunning()) {
         if (QMessageBox::question(this, tr("Quit"), tr("A query is still running. Stop it and quit?"))
             != QMessageBox::Yes) {
@@ -369,6 +553,8 @@ void MainWindow::closeEvent(QCloseEvent* event)
             if (auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(i)))
                 tab->Stop();
     }
+    for (DataTab* tab : DataTabs())
+        tab->Stop();
     uik::settings().setValue(QStringLiteral("Studio/Window/Geometry"), saveGeometry());
     uik::settings().setValue(QStringLiteral("Studio/Window/State"), saveState());
     uik::settings().sync();

@@ -7,13 +7,23 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
+class DataTab;
+struct DesignTarget;
+class DesignTab;
 class LogPanel;
 class PropertySheet;
 class QTabWidget;
 class QTreeView;
+class ScriptTab;
 class SqlEditorTab;
 class StartPage;
+class StructureMenu;
 class TreeModel;
+namespace orbis {
+class ConnectScripts;
+}
 
 /// The window: tree and property sheet on the left, tabs on the right, logs
 /// below. It is the host's user interface towards the driver.
@@ -30,6 +40,15 @@ public:
     void OpenLocation(const QString& location, bool readOnly = false);
     /// An SQL tab for the database; for the one of the selection without an argument.
     SqlEditorTab* OpenSqlTab(const rc::Ptr<HF::I_LDatabase>& database, const QString& text = {}, bool run = false);
+
+    /// The rows of a table or view on a tab; SQL instead where there is no cursor for them.
+    void OpenDataTab(const rc::Ref<HF::I_LSchemaObject>& object);
+    /// The structure editor of an object, the one that is open already where there is one.
+    DesignTab* OpenDesign(const rc::Ptr<HF::I_LDatabase>& database, const DesignTarget& target);
+    /// A script on a tab: of the file, where one is named, else an empty one. Null
+    /// when the file cannot be read.
+    ScriptTab* OpenScript(const QString& path = {});
+    StructureMenu* get_StructureMenu() const { return m_structure; }
 
     TreeModel* get_TreeModel() const { return m_model; }
     QTreeView* get_TreeView() const { return m_tree; }
@@ -52,6 +71,8 @@ public:
 
     // HF::LTree
     bool SelectItem(const rc::Ref<HF::LTreeItem>& item) override;
+    /// Selects an item that the tree may still have to read; tries for a while.
+    void Reveal(const rc::Ref<HF::LTreeItem>& item, int attempts = 100);
     void ExpandSelected() override;
 
 protected:
@@ -66,8 +87,16 @@ private:
     void PreferencesShown();
     void OpenSqlFile();
     void SaveSqlFile(bool askName);
+    void Save(bool askName);
+    void MakeScriptMenu();
+    void InstallConnectScripts();
+    void OpenScriptFile();
+    void SaveScript(bool askName);
+    bool MayCloseScripts();
     void ShowTreeMenu(const QPoint& at);
     void CloseTab(int index);
+    bool MayCloseDesigns();
+    void StructureChanged(const rc::Ptr<HF::I_LDatabase>& database, const DesignTab* by);
     void UpdateTitles();
     void RestoreState();
     bool IsAnythingRunning() const;
@@ -75,6 +104,9 @@ private:
     rc::Ptr<HF::LTreeItem> CurrentItem() const;
     rc::Ptr<HF::I_LDatabase> CurrentDatabase() const;
     SqlEditorTab* CurrentSqlTab() const;
+    DataTab* CurrentDataTab() const;
+    ScriptTab* CurrentScriptTab() const;
+    QList<DataTab*> DataTabs() const;
 
     HF::I_LPlugin& m_plugin;
     rc::Ptr<HF::I_LConnectionFactory> m_factory;
@@ -85,4 +117,6 @@ private:
     QTabWidget* m_tabs;
     LogPanel* m_log;
     StartPage* m_start = nullptr;
+    StructureMenu* m_structure;
+    std::unique_ptr<orbis::ConnectScripts> m_connectScripts;
 };

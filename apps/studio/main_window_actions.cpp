@@ -4,6 +4,7 @@
 #include "hf/database.h"
 #include "hf/services.h"
 #include "studio/connect_dialog.h"
+#include "studio/data_tab.h"
 #include "studio/main_window.h"
 #include "studio/preferences_dialog.h"
 #include "studio/sql_editor_tab.h"
@@ -27,8 +28,8 @@ void MainWindow::MakeActions()
     file->addAction(tr("New Database in &Memory"), this, &MainWindow::CreateMemoryDatabase);
     file->addSeparator();
     file->addAction(tr("Open S&QL File..."), this, &MainWindow::OpenSqlFile);
-    file->addAction(tr("&Save SQL"), QKeySequence(QKeySequence::Save), this, [this] { SaveSqlFile(false); });
-    file->addAction(tr("Save SQL &As..."), QKeySequence(QKeySequence::SaveAs), this, [this] { SaveSqlFile(true); });
+    file->addAction(tr("&Save"), QKeySequence(QKeySequence::Save), this, [this] { Save(false); });
+    file->addAction(tr("Save &As..."), QKeySequence(QKeySequence::SaveAs), this, [this] { Save(true); });
     file->addSeparator();
     file->addAction(tr("&Preferences..."), this, &MainWindow::PreferencesShown);
     file->addSeparator();
@@ -50,6 +51,8 @@ void MainWindow::MakeActions()
         if (SqlEditorTab* tab = CurrentSqlTab())
             tab->Stop();
     });
+
+    MakeScriptMenu();
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     QAction* system = view->addAction(tr("Show &System Objects"));
@@ -121,6 +124,16 @@ void MainWindow::OpenSqlFile()
         if (!tab->OpenFile(path, &error))
             HF::Alert(error);
     }
+}
+
+void MainWindow::Save(bool askName)
+{
+    if (DataTab* tab = CurrentDataTab())
+        tab->Save();
+    else if (CurrentScriptTab())
+        SaveScript(askName);
+    else
+        SaveSqlFile(askName);
 }
 
 void MainWindow::SaveSqlFile(bool askName)

@@ -10,6 +10,8 @@ constexpr int MostInfo = 80;
 QString FieldTypeText(const HF::LHasProperties& field)
 {
     const QString type = field.GetString(PROP_TYPE_NAME);
+    if (type.endsWith(u')')) // whole by itself
+        return type;
     if (type == u"Array")
         return QStringLiteral("%1[%2]").arg(field.GetString(PROP_ELEMENT_TYPE), field.GetString(PROP_ARRAY_SIZE));
     if (type == u"List")

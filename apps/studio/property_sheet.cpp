@@ -4,6 +4,7 @@
 #include "hf/background.h"
 #include "hf/cursor.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QHeaderView>
 #include <QPointer>
@@ -82,6 +83,7 @@ void PropertySheet::ShowObject(const rc::Ptr<HF::LTreeItem>& item)
 {
     if (m_object)
         m_object->RemoveObserver(m_watcher.get());
+    m_item = item;
     m_object = rc::cast<HF::LDatabaseObject_Impl>(item);
     if (m_object)
         m_watcher->AttachSubjectSilent(rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(m_object)));
@@ -96,9 +98,12 @@ void PropertySheet::Fill()
         return;
     QHash<QString, QTreeWidgetItem*> categories;
     for (const HF::LProperty& property : m_object->get_Properties()) {
-        if (property.flags & HF::PROPERTY_HIDDEN)
+        // A property without a name says nothing to a person.
+        if (property.flags & HF::PROPERTY_HIDDEN
+            || HF::LPropertyID::GetPropertyName(property.id) == QStringLiteral("Property %1").arg(property.id))
             continue;
-        const QString title = property.category.isEmpty() ? QObject::tr(HF::CATEGORY_GENERAL) : property.category;
+        const QByteArray source = property.category.isEmpty() ? QByteArray(HF::CATEGORY_GENERAL) : property.category.toUtf8();
+        const QString title = QCoreApplication::translate("QObject", source.constData());
         QTreeWidgetItem*& category = categories[title];
         if (!category) {
             category = new QTreeWidgetItem(this, {title});
@@ -109,7 +114,7 @@ void PropertySheet::Fill()
             category->setExpanded(true);
         }
         auto* item = new QTreeWidgetItem(
-            category, {QObject::tr(HF::LPropertyID::GetPropertyName(property.id).toUtf8().constData()),
+            category, {HF::LPropertyID::GetPropertyTitle(property.id),
                        Shown(property.value)});
         item->setData(0, NumberRole, property.id);
         item->setToolTip(1, property.value.ToString().left(2000));

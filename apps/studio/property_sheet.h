@@ -16,6 +16,7 @@ public:
     explicit PropertySheet(QWidget* parent = nullptr);
     ~PropertySheet() override;
     void ShowObject(const rc::Ptr<HF::LTreeItem>& item);
+    const rc::Ptr<HF::LTreeItem>& get_Item() const { return m_item; }
 
 private:
     class Watcher;
@@ -23,6 +24,7 @@ private:
     void Update(int property);
     void ReadComputed();
 
-    rc::Ptr<HF::LDatabaseObject_Impl> m_object;
+    rc::Ptr<HF::LTreeItem> m_item;
+    rc::Ptr<HF::LDatabaseObject_Impl> m_object; ///< the item, where it has properties
     rc::Ptr<Watcher> m_watcher;
 };

@@ -4,6 +4,7 @@
 #include "hf/background.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 
 QueryRunner::QueryRunner(const rc::Ref<HF::I_LDatabase>& database, QObject* parent)
     : QObject(parent), m_database(database)
@@ -42,6 +43,12 @@ bool QueryRunner::Run(const QString& text)
 
 void QueryRunner::Stop()
 {
-    if (m_query)
-        m_query->Interrupt();
+    if (!m_query)
+        return;
+    m_query->Interrupt();
+    // The statement may be about to start on its worker, where the first call finds nothing yet.
+    QTimer::singleShot(200, this, [this, query = m_query] {
+        if (m_query.get() == query.get())
+            Stop();
+    });
 }

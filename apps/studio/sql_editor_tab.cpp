@@ -76,6 +76,7 @@ SqlEditorTab::SqlEditorTab(const rc::Ref<HF::I_LDatabase>& database, QWidget* pa
     splitter->addWidget(m_results);
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 1);
+    splitter->setSizes({1000, 1000}); // shares, not pixels
     splitter->setChildrenCollapsible(false);
     m_results->setDocumentMode(true);
 
@@ -184,6 +185,11 @@ void SqlEditorTab::RefreshWords()
                 words.keywords = engine->GetKeywords(database->get_Connection()).Force().get_Words();
                 words.functions = engine->GetFunctions(database->get_Connection()).Force().Keys;
             }
+            const auto reserved = database->SqlSelect(
+                QStringLiteral("SELECT keyword_name FROM duckdb_keywords() WHERE keyword_category IN ( 'reserved', 'type_function' )"),
+                HF::QUERY_NO_LOG | HF::QUERY_SILENT_ERROR, {}, 1, 2, 1);
+            for (bool row = reserved && reserved->FirstRecord(); row; row = reserved->NextRecord())
+                words.reserved.append(reserved->get_Column(0)->get_String());
             database->UpdatePropertyImpl(PROP_SEARCH_PATH).Force();
             return words;
         },

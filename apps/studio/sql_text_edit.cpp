@@ -12,6 +12,14 @@ constexpr int CompletionList = 1;
 /// Letters after which the list opens by itself.
 constexpr int AutomaticAfter = 3;
 
+/// In the statement around the caret, so that an odd quote elsewhere does no harm.
+int StartOfWord(const QString& text, int caret)
+{
+    const StatementRange range = StatementAt(text, caret);
+    const qsizetype from = caret >= range.start && caret <= range.end ? range.start : 0;
+    return int(from) + WordStart(text.mid(from), caret - int(from));
+}
+
 } // namespace
 
 SqlTextEdit::SqlTextEdit(QWidget* parent) : LScintilla(parent)
@@ -67,7 +75,6 @@ void SqlTextEdit::ShowCompletion()
     const Completion found = CompleteAt(statement, int(inside ? caret - range.start : caret), m_words);
     if (found.words.isEmpty())
         return;
-    m_prefixLength = found.prefixLength;
     SendScintilla(SCI_AUTOCSETSEPARATOR, 1);
     showUserList(CompletionList, found.words);
 }
@@ -77,9 +84,7 @@ void SqlTextEdit::Complete(const QString& word)
     const int caret = CaretPosition();
     const QString whole = text();
     // What was typed while the list stood open belongs to the prefix as well.
-    int start = caret;
-    while (start > 0 && (whole[start - 1].isLetterOrNumber() || whole[start - 1] == u'_' || whole[start - 1] == u'$'))
-        --start;
+    const int start = StartOfWord(whole, caret);
     const long from = whole.left(start).toUtf8().size();
     const long to = whole.left(caret).toUtf8().size();
     SendScintilla(SCI_SETSEL, static_cast<unsigned long>(from), to);
@@ -94,12 +99,13 @@ void SqlTextEdit::keyPressEvent(QKeyEvent* event)
     }
     if (event->key() == Qt::Key_Tab && event->modifiers() == Qt::NoModifier && !isListActive() && SelectNextField())
         return;
+    const bool listed = isListActive();
     LScintilla::keyPressEvent(event);
     if (isListActive() || event->text().isEmpty() || event->modifiers() & (Qt::ControlModifier | Qt::AltModifier))
         return;
     const QChar typed = event->text().back();
-    if (typed == u'.') {
-        ShowCompletion();
+    if (typed == u'.' || (listed && (typed.isLetterOrNumber() || typed == u'_' || typed == u'"'))) {
+        ShowCompletion(); // the list closes by itself when a name in quotes is typed without them
     } else if (typed.isLetter()) {
         const QString whole = text();
         int start = CaretPosition();

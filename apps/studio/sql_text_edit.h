@@ -31,5 +31,4 @@ private:
     void Complete(const QString& word);
 
     CompletionWords m_words;
-    int m_prefixLength = 0;
 };

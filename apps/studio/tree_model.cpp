@@ -3,13 +3,19 @@
 
 #include "hf/background.h"
 #include "hf/database.h"
+#include "hf/log.h"
 #include "hf/services.h"
 #include "studio/object_text.h"
 
 #include <QApplication>
 #include <QBrush>
+#include <QFileInfo>
+#include <QHash>
 #include <QIcon>
 #include <QPalette>
+
+#include <functional>
+#include <utility>
 
 struct TreeModel::Node
 {
@@ -20,6 +26,7 @@ struct TreeModel::Node
     std::vector<std::unique_ptr<Node>> children;
     bool loaded = false;
     bool loading = false;
+    QString problem; ///< of the last reading; shown behind the name
     QIcon icon;
     bool iconKnown = false;
 
@@ -73,8 +80,7 @@ void TreeModel::AddConnection(const rc::Ref<HF::I_LConnection>& connection)
     m_root->children.push_back(std::move(node));
     endInsertRows();
     m_watcher->AttachSubjectSilent(connection);
-    if (const auto list = m_root->children.back()->List())
-        m_watcher->AttachSubjectSilent(rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(list)));
+    Watch(*m_root->children.back());
 }
 
 void TreeModel::ShowSystemObjects(bool on)
@@ -171,11 +177,14 @@ void TreeModel::Refresh(const QModelIndex& index)
         return;
     if (const auto list = node->List()) {
         node->loading = true;
-        HF::RunInBackground([list] { return list->ReloadObjects(); }, this, [this, item = node->item](bool) {
+        HF::RunInBackground([list] { return list->ReloadObjects(); }, this, [this, item = node->item](bool read) {
             if (Node* open = Find(m_root.get(), item.get())) {
                 open->loading = false;
                 open->loaded = false;
+                // What was there stands as it is when it could not be read again.
+                SetProblem(open, read ? QString() : tr("could not be read"));
                 Load(open);
+                CheckFile(open);
             }
         });
         return;
@@ -198,7 +207,8 @@ void TreeModel::Load(Node* node)
         SetChildren(node, ChildItems(*node, failed), {});
         return;
     }
-    SetChildren(node, {}, tr("Reading..."));
+    if (node->children.empty())
+        SetChildren(node, {}, tr("Reading..."));
     node->loaded = false;
     node->loading = true;
     // The node may be gone when the list has been read: look it up by its item.
@@ -210,6 +220,8 @@ void TreeModel::Load(Node* node)
         bool failed = false;
         SetChildren(open, ChildItems(*open, failed),
                     read ? QString() : tr("The list could not be read; the error log tells why"));
+        SetProblem(open, read ? QString() : tr("could not be read"));
+        CheckFile(open);
         emit Loaded(IndexOfNode(open));
     });
 }
@@ -233,45 +245,163 @@ std::vector<rc::Ref<HF::LTreeItem>> TreeModel::ChildItems(const Node& node, bool
     return result;
 }
 
-void TreeModel::SetChildren(Node* node, const std::vector<rc::Ref<HF::LTreeItem>>& items, const QString& note)
+void TreeModel::RemoveChildren(Node* node, int first, int last)
 {
-    const QModelIndex at = IndexOfNode(node);
-    if (!node->children.empty()) {
-        beginRemoveRows(at, 0, int(node->children.size()) - 1);
-        node->children.clear();
-        endRemoveRows();
-    }
-    node->loaded = true;
-    const bool showsNote = items.empty() && !note.isEmpty();
-    const int count = showsNote ? 1 : int(items.size());
-    if (count == 0)
-        return;
-    beginInsertRows(at, 0, count - 1);
-    node->children.reserve(size_t(count));
-    for (int row = 0; row < count; ++row) {
-        auto child = std::make_unique<Node>();
-        child->parent = node;
-        child->row = row;
-        if (showsNote)
-            child->note = note;
-        else
-            child->item = items[size_t(row)];
-        node->children.push_back(std::move(child));
+    beginRemoveRows(IndexOfNode(node), first, last);
+    node->children.erase(node->children.begin() + first, node->children.begin() + last + 1);
+    for (size_t row = size_t(first); row < node->children.size(); ++row)
+        node->children[row]->row = int(row);
+    endRemoveRows();
+}
+
+void TreeModel::InsertChildren(Node* node, int first, std::vector<std::unique_ptr<Node>> added)
+{
+    beginInsertRows(IndexOfNode(node), first, first + int(added.size()) - 1);
+    node->children.insert(node->children.begin() + first, std::make_move_iterator(added.begin()),
+                          std::make_move_iterator(added.end()));
+    for (size_t row = size_t(first); row < node->children.size(); ++row) {
+        node->children[row]->parent = node;
+        node->children[row]->row = int(row);
     }
     endInsertRows();
-    for (const auto& child : node->children)
-        if (child->item)
-            if (const auto list = child->List())
-                m_watcher->AttachSubjectSilent(rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(list)));
+}
+
+namespace {
+
+/// Items by their names; a name that stands twice says nothing.
+QHash<QString, size_t> PlacesByName(size_t count, const std::function<HF::LTreeItem*(size_t)>& itemAt)
+{
+    QHash<QString, size_t> result;
+    for (size_t i = 0; i < count; ++i)
+        if (const HF::LTreeItem* item = itemAt(i)) {
+            const QString name = item->get_Name();
+            result.insert(name, result.contains(name) ? count : i);
+        }
+    return result;
+}
+
+} // namespace
+
+/// Items that stay, or come back under the same name from a reading, keep their
+/// nodes, and so what a person opened below them.
+void TreeModel::SetChildren(Node* node, const std::vector<rc::Ref<HF::LTreeItem>>& items, const QString& note)
+{
+    node->loaded = true;
+    const auto& children = node->children;
+    const QHash<QString, size_t> wanted = PlacesByName(items.size(), [&](size_t i) { return items[i].get(); });
+    const QHash<QString, size_t> known = PlacesByName(children.size(), [&](size_t i) { return children[i]->item.get(); });
+    // Where each child goes; behind the last item when it goes away.
+    std::vector<size_t> places(children.size(), items.size());
+    size_t previous = 0;
+    bool inOrder = true;
+    for (size_t i = 0; i < children.size(); ++i) {
+        if (!children[i]->item)
+            continue;
+        const QString name = children[i]->item->get_Name();
+        if (known.value(name) != i)
+            continue;
+        places[i] = wanted.value(name, items.size());
+        if (places[i] < items.size())
+            inOrder = inOrder && places[i] >= std::exchange(previous, places[i]);
+    }
+    if (!inOrder)
+        places.assign(children.size(), items.size());
+    for (size_t last = children.size(); last > 0; --last) {
+        if (places[last - 1] < items.size())
+            continue;
+        size_t first = last - 1;
+        while (first > 0 && places[first - 1] == items.size())
+            --first;
+        RemoveChildren(node, int(first), int(last) - 1);
+        last = first + 1;
+    }
+
+    std::vector<std::unique_ptr<Node>> added;
+    if (items.empty() && !note.isEmpty()) {
+        added.push_back(std::make_unique<Node>());
+        added.back()->note = note;
+        InsertChildren(node, 0, std::move(added));
+        return;
+    }
+    std::erase(places, items.size());
+    std::vector<QPersistentModelIndex> stale; // what follows may let the event loop run
+    for (size_t row = 0, next = 0; row < items.size(); ++row) {
+        const size_t first = row;
+        for (; row < items.size() && (next == places.size() || places[next] != row); ++row) {
+            added.push_back(std::make_unique<Node>());
+            added.back()->item = items[row];
+            Watch(*added.back());
+        }
+        if (row > first)
+            InsertChildren(node, int(first), std::exchange(added, {}));
+        if (row < items.size()) {
+            Node* child = children[row].get();
+            child->iconKnown = false;
+            if (child->item.get() != items[row].get()) {
+                child->item = items[row];
+                child->problem.clear();
+                Watch(*child);
+                if (child->loaded || child->loading)
+                    stale.emplace_back(IndexOfNode(child));
+            }
+            ++next;
+        }
+    }
+    const QPersistentModelIndex first = children.empty() ? QModelIndex() : IndexOfNode(children.front().get());
+    const QPersistentModelIndex last = children.empty() ? QModelIndex() : IndexOfNode(children.back().get());
+    // What was read below an item of the former reading is read again.
+    for (const QPersistentModelIndex& index : stale)
+        if (index.isValid()) {
+            Node* child = NodeAt(index);
+            child->loaded = child->loading = false;
+            Load(child);
+        }
+    if (first.isValid() && last.isValid())
+        emit dataChanged(first, last);
+}
+
+void TreeModel::Watch(const Node& node)
+{
+    if (const auto list = node.List())
+        m_watcher->AttachSubjectSilent(rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(list)));
+}
+
+void TreeModel::SetProblem(Node* node, const QString& problem)
+{
+    if (node->problem == problem)
+        return;
+    node->problem = problem;
+    const QModelIndex at = IndexOfNode(node);
+    emit dataChanged(at, at);
+}
+
+/// The engine goes on with a file that somebody deleted, and loses all when it
+/// closes: the database's row says so.
+void TreeModel::CheckFile(Node* node)
+{
+    while (node->parent && !rc::cast<HF::I_LDatabase>(node->item))
+        node = node->parent;
+    const auto database = rc::cast<HF::I_LDatabase>(node->item);
+    if (!database)
+        return;
+    const QString path = database->get_Path();
+    const bool isFile = !path.isEmpty() && !path.startsWith(QLatin1String(":memory:"))
+                        && !path.startsWith(QLatin1String("md:")) && !path.startsWith(QLatin1String("file:"));
+    const QString problem = isFile && !QFileInfo::exists(path) ? tr("the file is gone") : QString();
+    if (!problem.isEmpty() && node->problem.isEmpty())
+        HF::LogError(tr("The file \"%1\" of the open database \"%2\" is gone.").arg(path, database->get_Name()));
+    SetProblem(node, problem);
 }
 
 void TreeModel::ChildrenChanged(const rc::Ref<HF::LTreeItem>& item)
 {
+    const auto list = rc::cast<HF::LSchemaItemList>(item);
+    if (list && list->IsDetached())
+        return; // emptied on its way out; what takes its place comes with the list above
     Node* node = Find(m_root.get(), item.get());
-    if (!node)
-        if (const auto list = rc::cast<HF::LSchemaItemList>(item))
-            if (const auto owner = list->get_Owner())
-                node = Find(m_root.get(), owner.get()); // the level of an only list is left out
+    if (!node && list)
+        if (const auto owner = list->get_Owner())
+            node = Find(m_root.get(), owner.get()); // the level of an only list is left out
     if (!node || node == m_root.get() || node->loading || !node->loaded)
         return;
     bool failed = false;
@@ -297,7 +427,10 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const
     }
     switch (role) {
     case Qt::DisplayRole:
-        return TreeText(*node->item);
+        return node->problem.isEmpty() ? TreeText(*node->item)
+                                       : TreeText(*node->item) + QStringLiteral("  (%1)").arg(node->problem);
+    case Qt::ForegroundRole:
+        return node->problem.isEmpty() ? QVariant() : QVariant(QBrush(QColor(0xc6, 0x28, 0x28)));
     case Qt::EditRole:
         return node->item->get_Name();
     case Qt::DecorationRole:

@@ -11,8 +11,10 @@
 /// The host's tree for a view: connections, databases, their lists and items.
 ///
 /// Nodes are made when the view opens them. A list reads its items on a worker;
-/// meanwhile it shows one line that says so. System objects and the names that
-/// a list hides by default show on demand.
+/// meanwhile it shows one line that says so. What could not be read says so in
+/// its row, and the rest stays. After a new reading an object of the same name takes
+/// the node of the former one, with what is open below it. System objects and the names that a list hides by
+/// default show on demand.
 class TreeModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -54,8 +56,13 @@ private:
     Node* Find(Node* from, const HF::LTreeItem* item) const;
     std::vector<rc::Ref<HF::LTreeItem>> ChildItems(const Node& node, bool& failed) const;
     void Load(Node* node);
+    void RemoveChildren(Node* node, int first, int last);
+    void InsertChildren(Node* node, int first, std::vector<std::unique_ptr<Node>> added);
     void SetChildren(Node* node, const std::vector<rc::Ref<HF::LTreeItem>>& items, const QString& note);
     void ChildrenChanged(const rc::Ref<HF::LTreeItem>& item);
+    void Watch(const Node& node);
+    void SetProblem(Node* node, const QString& problem);
+    void CheckFile(Node* node);
 
     std::unique_ptr<Node> m_root;
     rc::Ptr<Watcher> m_watcher;

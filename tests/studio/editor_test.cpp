@@ -59,8 +59,10 @@ CompletionWords Words()
                     Ident({{DBOBJ_TABLE, "orders"}, {DBOBJ_FIELD, "number"}}),
                     Ident({{DBOBJ_TABLE, "orders"}, {DBOBJ_FIELD, "Odd \"one\""}}),
                     Ident({{DBOBJ_SCHEMA, "shop"}, {DBOBJ_TABLE, "orders"}, {DBOBJ_FIELD, "number"}}),
-                    Ident({{DBOBJ_TABLE, "x y"}, {DBOBJ_FIELD, "z"}})};
-    words.keywords = {QStringLiteral("select"), QStringLiteral("from")};
+                    Ident({{DBOBJ_TABLE, "x y"}, {DBOBJ_FIELD, "z"}}),
+                    Ident({{DBOBJ_TABLE, "x y"}, {DBOBJ_FIELD, "group"}})};
+    words.keywords = {QStringLiteral("select"), QStringLiteral("from"), QStringLiteral("group")};
+    words.reserved = {QStringLiteral("from"), QStringLiteral("group")};
     words.functions = {QStringLiteral("sum")};
     return words;
 }
@@ -82,9 +84,14 @@ TEST(CompleteAt, OffersWhatFits)
         {"SELECT o.nu^ FROM shop.orders AS o", "number", 2},
         {"SELECT shop.^", "orders", 0},
         {"SELECT db.shop.orders.^", "number", 0},
-        {"SELECT q.^ FROM \"x y\" q", "z", 0},
-        {"SELECT \"x y\".^", "z", 0},
+        {"SELECT q.^ FROM \"x y\" q", "\"group\"|z", 0},
+        {"SELECT \"x y\".^", "\"group\"|z", 0},
         {"SELECT unknown.^", "", 0},
+        {"SELECT o.odd^ FROM orders o", "\"Odd \"\"one\"\"\"", 3},
+        {"SELECT o.\"Odd \"\"o^ FROM orders o", "\"Odd \"\"one\"\"\"", 8},
+        {"SELECT '\"', \"a\", \"nu^", "number", 3}, // 'an apostrophe' and closed names do not open one
+        {"-- it's \"\nSELECT nu^", "number", 2},
+        {"SELECT gr^", "\"group\"|GROUP", 2},
     };
     for (const Case& one : cases) {
         QString text = QString::fromUtf8(one.text);

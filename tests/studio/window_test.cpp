@@ -1,143 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The window, driven as a person would: open, look around, run, read. With
-// ORBIS_SCREENSHOTS naming a folder each stage is also kept as a picture.
-#include "hf/background.h"
-#include "hf/database.h"
-#include "hf/log.h"
-#include "hf/plugin.h"
-#include "hf/recents.h"
+// The window: open, look around, run, read.
+#include "studio/completion.h"
 #include "studio/copy_text.h"
 #include "studio/cursor_model.h"
-#include "studio/log_panel.h"
-#include "studio/main_window.h"
 #include "studio/property_sheet.h"
 #include "studio/result_grid.h"
-#include "studio/sql_editor_tab.h"
 #include "studio/sql_text_edit.h"
-#include "studio/tree_model.h"
+#include "studio/window_fixture.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTreeView>
+#include <QKeyEvent>
 
 namespace {
-
-bool WaitFor(const std::function<bool()>& condition, int milliseconds = 30000)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > milliseconds)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
-
-HF::I_LPlugin& Plugin()
-{
-    static HF::LLoadedPlugin loaded =
-        HF::LoadPlugin(qEnvironmentVariable("ORBIS_BIN") + QStringLiteral("/orb_duckdb.so"));
-    if (!loaded.plugin)
-        throw std::runtime_error(loaded.error.toStdString());
-    return *loaded.plugin;
-}
-
-class Window : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        m_window = std::make_unique<MainWindow>(Plugin());
-        m_window->resize(1280, 800);
-        m_window->show();
-    }
-
-    void TearDown() override
-    {
-        for (const auto& database : Databases())
-            database->Close().Force();
-        m_window.reset();
-        HF::WaitForWorkers(20000);
-    }
-
-    RcList<HF::I_LDatabase> Databases() const
-    {
-        RcList<HF::I_LDatabase> result;
-        for (const auto& connection : HF::AppCtrlInstance().get_Connections())
-            result += connection->get_Databases();
-        return result;
-    }
-
-    /// Opens a new database with the text run in it.
-    rc::Ptr<HF::I_LDatabase> OpenWith(const QString& sql)
-    {
-        const QString path = m_folder.filePath(QStringLiteral("db%1.duckdb").arg(++m_count));
-        const auto connections = HF::AppCtrlInstance().get_Connections();
-        if (connections.isEmpty())
-            return nullptr;
-        const auto made = connections.first()->CreateDatabase(path, {}).Force();
-        if (!made)
-            return nullptr;
-        const auto results = made->SqlQuery(sql, HF::QUERY_NO_LOG, {}, 1, 2, 1);
-        EXPECT_TRUE(HF::IsQuerySuccess(results)) << HF::GetQueryErrors(results).toStdString();
-        EXPECT_TRUE(m_window->ShowObject(rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(made)), 1));
-        return made;
-    }
-
-    /// The child of a node whose text begins with the words; expands the node.
-    QModelIndex Child(const QModelIndex& parent, const QString& text)
-    {
-        TreeModel* model = m_window->get_TreeModel();
-        m_window->get_TreeView()->expand(parent);
-        QModelIndex found;
-        WaitFor(
-            [&] {
-                if (model->canFetchMore(parent))
-                    model->fetchMore(parent);
-                for (int row = 0; row < model->rowCount(parent); ++row) {
-                    const QModelIndex child = model->index(row, 0, parent);
-                    if (child.data().toString() == text || child.data().toString().startsWith(text + u' ')) {
-                        found = child;
-                        return true;
-                    }
-                }
-                return false;
-            },
-            5000);
-        EXPECT_TRUE(found.isValid()) << text.toStdString() << " is not below " << parent.data().toString().toStdString();
-        return found;
-    }
-
-    /// Runs the text in a new tab and waits for its results.
-    SqlEditorTab* Run(const rc::Ptr<HF::I_LDatabase>& database, const QString& text)
-    {
-        SqlEditorTab* tab = m_window->OpenSqlTab(database, text);
-        bool finished = false;
-        QObject::connect(tab->get_Runner(), &QueryRunner::Finished, tab, [&finished] { finished = true; });
-        tab->RunAll();
-        EXPECT_TRUE(WaitFor([&] { return finished; }, 120000));
-        return tab;
-    }
-
-    void Keep(const char* name)
-    {
-        const QString folder = qEnvironmentVariable("ORBIS_SCREENSHOTS");
-        if (folder.isEmpty())
-            return;
-        WaitFor([] { return false; }, 500); // let everything be painted
-        EXPECT_TRUE(m_window->grab().save(folder + u'/' + QLatin1String(name)));
-    }
-
-    QTemporaryDir m_folder;
-    std::unique_ptr<MainWindow> m_window;
-    int m_count = 0;
-};
 
 QString ReadFile(const char* path)
 {
@@ -155,16 +29,16 @@ TEST_F(Window, ShowsEveryKindOfObjectOfTheSample)
     Keep("start.png");
     const QModelIndex root = m_window->get_TreeModel()->IndexOf(database.get());
     ASSERT_TRUE(root.isValid());
-    const QModelIndex shop = Child(root, QStringLiteral("shop"));
-    const QModelIndex tables = Child(shop, QStringLiteral("Tables"));
-    const QModelIndex lines = Child(tables, QStringLiteral("order_lines"));
+    const QPersistentModelIndex shop = Child(root, QStringLiteral("shop"));
+    const QPersistentModelIndex tables = Child(shop, QStringLiteral("Tables"));
+    const QPersistentModelIndex lines = Child(tables, QStringLiteral("order_lines"));
     for (const char* list : {"Checks", "Fields", "Indexes", "Links", "Methods", "Uniques"})
         Child(lines, QLatin1String(list));
     Child(shop, QStringLiteral("Sequences"));
-    const QModelIndex views = Child(Child(root, QStringLiteral("reports")), QStringLiteral("Views"));
-    const QModelIndex view = Child(views, QStringLiteral("order_totals"));
+    const QPersistentModelIndex views = Child(Child(root, QStringLiteral("reports")), QStringLiteral("Views"));
+    const QPersistentModelIndex view = Child(views, QStringLiteral("order_totals"));
     EXPECT_EQ(Child(view, QStringLiteral("number")).data().toString().section(u' ', 0, 0), u"number");
-    const QModelIndex fields = Child(lines, QStringLiteral("Fields"));
+    const QPersistentModelIndex fields = Child(lines, QStringLiteral("Fields"));
     m_window->get_TreeView()->setCurrentIndex(lines);
     EXPECT_TRUE(WaitFor([&] { return m_window->get_Sheet()->topLevelItemCount() > 0; }));
     Child(Child(lines, QStringLiteral("Methods")), QStringLiteral("total"));
@@ -194,14 +68,37 @@ TEST_F(Window, AFailureInTheMiddleKeepsWhatCameBefore)
 
 TEST_F(Window, CompletesAColumnBehindAnAlias)
 {
-    const auto database = OpenWith(QStringLiteral("CREATE TABLE people(id INTEGER, first_name VARCHAR, \"odd name\" INTEGER)"));
+    const auto database = OpenWith(QStringLiteral("CREATE TABLE people(id INTEGER, first_name VARCHAR, \"odd name\" INTEGER, \"order\" INTEGER, name VARCHAR)"));
     ASSERT_TRUE(database);
     SqlEditorTab* tab = m_window->OpenSqlTab(database);
     ASSERT_TRUE(WaitFor([&] { return !tab->get_Editor()->get_CompletionWords().idents.isEmpty(); }));
     const QString text = QStringLiteral("SELECT p. FROM people AS p");
     const Completion found = CompleteAt(text, int(text.indexOf(u'.')) + 1, tab->get_Editor()->get_CompletionWords());
-    EXPECT_EQ(found.words, QStringList({QStringLiteral("\"odd name\""), QStringLiteral("first_name"), QStringLiteral("id")}));
+    EXPECT_EQ(found.words, QStringList({QStringLiteral("\"odd name\""), QStringLiteral("\"order\""), QStringLiteral("first_name"),
+                                        QStringLiteral("id"), QStringLiteral("name")}));
     EXPECT_FALSE(tab->get_Editor()->get_CompletionWords().keywords.isEmpty());
+
+    // The same by hand: the list opens behind the dot, and is taken with Enter.
+    SqlTextEdit* editor = tab->get_Editor();
+    const auto type = [&](const QString& typed, const QString& chosen) {
+        editor->setText(QStringLiteral("SELECT  FROM people AS p"));
+        editor->setCursorPosition(0, 7);
+        const auto press = [&](int key, const QString& text) {
+            QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
+            QApplication::sendEvent(editor, &event);
+        };
+        for (const QChar c : typed)
+            press(0, QString(c));
+        EXPECT_TRUE(WaitFor([&] { return editor->isListActive(); }, 5000)) << typed.toStdString();
+        press(Qt::Key_Return, QStringLiteral("\r"));
+        EXPECT_EQ(editor->text().toStdString(), "SELECT " + chosen.toStdString() + " FROM people AS p");
+    };
+    type(QStringLiteral("p."), QStringLiteral("p.\"odd name\""));
+    type(QStringLiteral("p.fi"), QStringLiteral("p.first_name"));
+    type(QStringLiteral("peo"), QStringLiteral("people"));
+    type(QStringLiteral("p.or"), QStringLiteral("p.\"order\""));
+    type(QStringLiteral("p.na"), QStringLiteral("p.name"));
+    type(QStringLiteral("p.\"odd"), QStringLiteral("p.\"odd name\""));
 }
 
 TEST_F(Window, AMillionRowsAndEveryLookOfACell)
@@ -257,6 +154,33 @@ TEST_F(Window, SystemObjectsShowOnDemand)
     EXPECT_EQ(names(), QStringList({QStringLiteral("main")}));
     model->ShowSystemObjects(true);
     EXPECT_EQ(names(), QStringList({QStringLiteral("information_schema"), QStringLiteral("main"), QStringLiteral("pg_catalog")}));
+}
+
+TEST_F(Window, ANewReadingKeepsWhatIsOpen)
+{
+    const auto database = OpenWith(QStringLiteral("CREATE TABLE t(a INTEGER); CREATE TABLE z(a INTEGER)"));
+    ASSERT_TRUE(database);
+    TreeModel* model = m_window->get_TreeModel();
+    const QPersistentModelIndex tables =
+        Child(Child(model->IndexOf(database.get()), QStringLiteral("main")), QStringLiteral("Tables"));
+    const QPersistentModelIndex t = Child(tables, QStringLiteral("t"));
+    const QPersistentModelIndex fields = Child(t, QStringLiteral("Fields"));
+    const QPersistentModelIndex z = Child(tables, QStringLiteral("z"));
+    m_window->get_TreeView()->setCurrentIndex(Child(fields, QStringLiteral("a")));
+    ASSERT_TRUE(HF::IsQuerySuccess(database->SqlQuery(
+        QStringLiteral("ALTER TABLE t ADD COLUMN b INTEGER; CREATE TABLE m(a INTEGER); DROP TABLE z"), 0, {}, 1, 2, 1)));
+    const auto before = model->ItemAt(t);
+    model->Refresh(tables);
+    ASSERT_TRUE(WaitFor([&] { return model->rowCount(tables) == 2 && !z.isValid() && model->rowCount(fields) == 2; }, 10000));
+    EXPECT_NE(model->ItemAt(t).get(), before.get());
+    EXPECT_TRUE(m_window->get_TreeView()->isExpanded(t) && m_window->get_TreeView()->isExpanded(fields));
+    EXPECT_EQ(Child(fields, QStringLiteral("b")).row(), 1);
+    EXPECT_EQ(m_window->get_TreeView()->currentIndex().data(Qt::EditRole).toString().toStdString(), "a");
+    EXPECT_TRUE(m_window->get_TreeView()->currentIndex().parent() == fields);
+    EXPECT_TRUE(WaitFor([&] {
+        return m_window->findChild<PropertySheet*>()->get_Item().get() == model->ItemAt(m_window->get_TreeView()->currentIndex()).get();
+    }, 5000));
+    Child(tables, QStringLiteral("m"));
 }
 
 TEST_F(Window, ADatabaseThatClosesLeavesTheTreeWhole)
