@@ -93,11 +93,11 @@ function(orbis_test name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
   if(NOT A_TIMEOUT)
-    set(A_TIMEOUT 300)
+    set(A_TIMEOUT 600)
   endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${A_TIMEOUT} LABELS "${A_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORBIS_BIN=${CMAKE_BINARY_DIR}/bin;${A_ENVIRONMENT}")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORBIS_LANGUAGE=C;ORBIS_BIN=${CMAKE_BINARY_DIR}/bin;${A_ENVIRONMENT}")
 endfunction()
 
 # orbis_bench(NAME SOURCES ... LINK ...)

@@ -7,18 +7,15 @@ endif()
 
 find_program(ORBIS_CCACHE ccache)
 if(ORBIS_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # Precompiled headers only hit the cache with these settings.
+  # Precompiled headers only hit the cache with these settings. A base directory
+  # of the user's own would hand this tree the header that another tree has
+  # compiled, and with it that tree's paths: classes then stand twice.
   set(CMAKE_CXX_COMPILER_LAUNCHER
       ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-      ${ORBIS_CCACHE})
+      CCACHE_BASEDIR= ${ORBIS_CCACHE})
   if(ORBIS_PCH)
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
   endif()
-endif()
-
-find_program(ORBIS_MOLD mold)
-if(ORBIS_MOLD)
-  add_link_options(-fuse-ld=mold)
 endif()
 
 add_compile_options(

@@ -6,8 +6,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 say() { printf '%s\n' "$*" >&2; }
 
 # Packages that a build needs, by Debian's names.
-build_packages="g++ cmake ninja-build mold ccache qt6-base-dev qt6-5compat-dev qt6-tools-dev
-  qt6-tools-dev-tools qt6-l10n-tools libqscintilla2-qt6-dev libqt6svg6 libgl-dev libgtest-dev libbenchmark-dev
+build_packages="g++ cmake ninja-build ccache qt6-base-dev qt6-5compat-dev qt6-declarative-dev python3 qt6-tools-dev
+  qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n libqscintilla2-qt6-dev libqt6svg6 libgl-dev libgtest-dev libbenchmark-dev
   ca-certificates binutils"
 
 install_packages() { # names
@@ -37,7 +37,7 @@ prepare() { # further packages
   local name
   for name in $build_packages "$@"; do
     case $name in
-      g++ | cmake | ccache | mold) command -v "$name" >/dev/null || wanted+=("$name") ;;
+      g++ | cmake | ccache) command -v "$name" >/dev/null || wanted+=("$name") ;;
       ninja-build) command -v ninja >/dev/null || wanted+=("$name") ;;
       binutils) command -v nm >/dev/null || wanted+=("$name") ;;
       *) wanted+=("$name") ;;
