@@ -73,7 +73,7 @@ QStringList ResolveAlias(const QString& statement, const QString& alias)
     return {};
 }
 
-bool SameName(const QString& a, const QString& b)
+bool SameName(QStringView a, QStringView b)
 {
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
@@ -82,12 +82,11 @@ bool SameName(const QString& a, const QString& b)
 /// last end with the path's names.
 bool IsBelow(const HF::LIdent& ident, const QStringList& path)
 {
-    const auto& elements = ident.get_Elements();
-    const qsizetype parents = elements.size() - 1;
+    const qsizetype parents = ident.get_Depth() - 1;
     if (parents < path.size() || path.isEmpty())
         return false;
     for (qsizetype i = 0; i < path.size(); ++i)
-        if (!SameName(elements[parents - path.size() + i].name, path[i]))
+        if (!SameName(ident.get_NameAt(parents - path.size() + i), path[i]))
             return false;
     return true;
 }
@@ -131,7 +130,7 @@ Completion CompleteAt(const QString& statement, int position, const CompletionWo
     Completion result;
     result.prefixLength = position - start;
     const auto addName = [&](const HF::LIdent& ident) {
-        if (ident.get_Name().startsWith(prefix, Qt::CaseInsensitive))
+        if (!ident.IsEmpty() && ident.get_NameAt(ident.get_Depth() - 1).startsWith(prefix, Qt::CaseInsensitive))
             result.words.append(Written(ident.get_Name(), words.reserved));
     };
     const QStringList path = PathBefore(statement, start);

@@ -67,36 +67,31 @@ void Sort(std::vector<Place>& order)
 
 HF::LIdent MakeIdent(const QString& path, const QString& kind)
 {
-    using Element = HF::LIdent::Element;
+    using Part = HF::LIdent::Part;
     const std::optional<HF::ELDbObjType> type = TypeOfKind(kind);
     if (!type)
         return {};
     // There are hundreds of thousands of these: no text is made twice.
+    const qsizetype size = path.size();
     const qsizetype first = path.indexOf(u'\n');
     if (first < 0)
-        return HF::LIdent::FromElements({Element{*type, path}}, path);
+        return HF::LIdent::FromParts(path, {Part{*type, size}});
     const qsizetype second = path.indexOf(u'\n', first + 1);
-    const qsizetype third = second < 0 ? -1 : path.indexOf(u'\n', second + 1);
-    QList<Element> elements;
-    QString fullName = path;
-    if (*type == HF::DBOBJ_FIELD && third < 0) {
-        elements.reserve(second < 0 ? 2 : 3);
-        if (second >= 0)
-            elements.append(Element{HF::DBOBJ_SCHEMA, path.left(first)});
-        const qsizetype table = second < 0 ? 0 : first + 1;
-        const qsizetype end = second < 0 ? first : second;
-        elements.append(Element{HF::DBOBJ_TABLE, path.mid(table, end - table)});
-        elements.append(Element{*type, path.mid(end + 1)});
-    } else if (MayHaveSchema(*type) && second < 0) {
-        elements.reserve(2);
-        elements.append(Element{HF::DBOBJ_SCHEMA, path.left(first)});
-        elements.append(Element{*type, path.mid(first + 1)});
-    } else {
+    const bool isField = *type == HF::DBOBJ_FIELD && (second < 0 || path.indexOf(u'\n', second + 1) < 0);
+    if (!isField && (second >= 0 || !MayHaveSchema(*type))) {
         const QString name = path.mid(path.lastIndexOf(u'\n') + 1);
-        return HF::LIdent::FromElements({Element{*type, name}}, name);
+        return HF::LIdent::FromParts(name, {Part{*type, name.size()}});
     }
-    fullName.replace(u'\n', u'.');
-    return HF::LIdent::FromElements(std::move(elements), std::move(fullName));
+    QString fullName = path;
+    QChar* const text = fullName.data();
+    text[first] = u'.';
+    if (second >= 0) {
+        text[second] = u'.';
+        return HF::LIdent::FromParts(std::move(fullName), {Part{HF::DBOBJ_SCHEMA, first},
+                                                           Part{HF::DBOBJ_TABLE, second}, Part{*type, size}});
+    }
+    const HF::ELDbObjType parent = isField ? HF::DBOBJ_TABLE : HF::DBOBJ_SCHEMA;
+    return HF::LIdent::FromParts(std::move(fullName), {Part{parent, first}, Part{*type, size}});
 }
 
 QList<HF::LIdent> ReadIdents(const rc::Ptr<HF::I_LCursor>& cursor)
