@@ -2769,6 +2769,14 @@ Skript nicht abfing, oder was es exit() gab.</translation>
         <source>%1: ended with %2.</source>
         <translation>%1: endete mit %2.</translation>
     </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 is not UTF-8 text</source>
+        <translation>%1 ist kein UTF-8-Text</translation>
+    </message>
 </context>
 <context>
     <name>ResultGrid</name>
@@ -2843,14 +2851,6 @@ Skript nicht abfing, oder was es exit() gab.</translation>
         <source>The script has changes that are not saved. Close it all the same?</source>
         <translation>Das Skript hat Änderungen, die nicht gespeichert sind. Trotzdem schließen?</translation>
     </message>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
-        <source>%1 is not UTF-8 text</source>
-        <translation>%1 ist kein UTF-8-Text</translation>
-    </message>
 </context>
 <context>
     <name>SqlEditorTab</name>
@@ -2913,10 +2913,6 @@ Skript nicht abfing, oder was es exit() gab.</translation>
     <message>
         <source>%1 ms </source>
         <translation>%1 ms </translation>
-    </message>
-    <message>
-        <source>%1 is not UTF-8 text</source>
-        <translation>%1 ist kein UTF-8-Text</translation>
     </message>
 </context>
 <context>

@@ -8,17 +8,15 @@
 #include "studio/script_output.h"
 #include "studio/script_run.h"
 #include "studio/script_text_edit.h"
+#include "studio/text_file.h"
 #include "uik/settings.h"
 
 #include <QAction>
-#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
-#include <QSaveFile>
 #include <QSpinBox>
 #include <QSplitter>
-#include <QStringDecoder>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -187,18 +185,10 @@ bool ScriptTab::MayClose()
 
 bool ScriptTab::OpenFile(const QString& path, QString* error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error = tr("%1: %2").arg(path, file.errorString());
+    const std::optional<QString> text = ReadTextFile(path, error);
+    if (!text)
         return false;
-    }
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder.decode(file.readAll());
-    if (decoder.hasError()) {
-        *error = tr("%1 is not UTF-8 text").arg(path);
-        return false;
-    }
-    m_editor->setText(text);
+    m_editor->setText(*text);
     m_editor->setModified(false);
     m_path = QFileInfo(path).absoluteFilePath();
     RecentScripts::Add(m_path);
@@ -208,11 +198,8 @@ bool ScriptTab::OpenFile(const QString& path, QString* error)
 
 bool ScriptTab::SaveFile(const QString& path, QString* error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(m_editor->text().toUtf8()) < 0 || !file.commit()) {
-        *error = tr("%1: %2").arg(path, file.errorString());
+    if (!WriteTextFile(path, m_editor->text(), error))
         return false;
-    }
     m_path = QFileInfo(path).absoluteFilePath();
     m_editor->setModified(false);
     RecentScripts::Add(m_path);

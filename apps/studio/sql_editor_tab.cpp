@@ -8,17 +8,15 @@
 #include "studio/snippet_panel.h"
 #include "studio/sql_text_edit.h"
 #include "studio/statement_at.h"
+#include "studio/text_file.h"
 
 #include <QAction>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QSaveFile>
 #include <QSplitter>
-#include <QStringDecoder>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
@@ -211,18 +209,10 @@ void SqlEditorTab::UpdateActions()
 
 bool SqlEditorTab::OpenFile(const QString& path, QString* error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error = tr("%1: %2").arg(path, file.errorString());
+    const std::optional<QString> text = ReadTextFile(path, error);
+    if (!text)
         return false;
-    }
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString text = decoder.decode(file.readAll());
-    if (decoder.hasError()) {
-        *error = tr("%1 is not UTF-8 text").arg(path);
-        return false;
-    }
-    m_editor->setText(text);
+    m_editor->setText(*text);
     m_editor->setModified(false);
     m_path = path;
     emit TitleChanged();
@@ -231,11 +221,8 @@ bool SqlEditorTab::OpenFile(const QString& path, QString* error)
 
 bool SqlEditorTab::SaveFile(const QString& path, QString* error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(m_editor->text().toUtf8()) < 0 || !file.commit()) {
-        *error = tr("%1: %2").arg(path, file.errorString());
+    if (!WriteTextFile(path, m_editor->text(), error))
         return false;
-    }
     m_path = path;
     m_editor->setModified(false);
     emit TitleChanged();
