@@ -406,6 +406,13 @@
         <source>The dump is in &quot;%1&quot;, %2.</source>
         <translation>Der Dump steht in „%1“, %2.</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 row(s)</source>
+        <translation>
+            <numerusform>%1 Zeile</numerusform>
+            <numerusform>%1 Zeilen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ExportDialog</name>
@@ -806,6 +813,14 @@
     <message>
         <source>Save Script</source>
         <translation>Skript speichern</translation>
+    </message>
+    <message>
+        <source>memory</source>
+        <translation>Arbeitsspeicher</translation>
+    </message>
+    <message>
+        <source>memory %1</source>
+        <translation>Arbeitsspeicher %1</translation>
     </message>
 </context>
 <context>
@@ -3083,20 +3098,20 @@ Skript nicht abfing, oder was es exit() gab.</translation>
         <source>Stopping...</source>
         <translation>Wird angehalten...</translation>
     </message>
-    <message>
-        <source>%1 done, %2 a second</source>
-        <translation>%1 erledigt, %2 je Sekunde</translation>
-    </message>
-    <message>
-        <source>%1 done in %2 s</source>
-        <translation>%1 erledigt in %2 s</translation>
-    </message>
     <message numerus="yes">
         <source>, about %n second(s) left</source>
         <translation>
             <numerusform>, noch etwa %n Sekunde</numerusform>
             <numerusform>, noch etwa %n Sekunden</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>%1, %2 a second</source>
+        <translation>%1, %2 je Sekunde</translation>
+    </message>
+    <message>
+        <source>%1 in %2 s</source>
+        <translation>%1 in %2 s</translation>
     </message>
 </context>
 <context>

@@ -12,6 +12,16 @@
     </message>
 </context>
 <context>
+    <name>DumpWizard</name>
+    <message numerus="yes">
+        <source>%1 row(s)</source>
+        <translation>
+            <numerusform>%1 row</numerusform>
+            <numerusform>%1 rows</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>LoadWizard</name>
     <message numerus="yes">
         <source>%n statement(s) ran</source>

@@ -15,9 +15,18 @@
 #include <QPushButton>
 #include <QTreeWidget>
 
+namespace {
+
+QString Rows(qint64 count)
+{
+    return DumpWizard::tr("%1 row(s)", nullptr, int(qMin<qint64>(count, INT_MAX))).arg(QLocale().toString(count));
+}
+
+} // namespace
+
 DumpWizard::DumpWizard(const rc::Ref<HF::LDatabase>& database, const RcList<HF::LTreeItem>& picked, QWidget* parent)
     : QWizard(parent), m_database(database), m_options(database->CreateMakeDumpPage(HF::DUMP_KIND_SQL)),
-      m_work(new TaskPage(tr("Making the dump")))
+      m_work(new TaskPage(tr("Making the dump"), Rows))
 {
     setWindowTitle(tr("Make Dump"));
     setOption(QWizard::NoBackButtonOnLastPage);

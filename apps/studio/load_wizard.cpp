@@ -17,12 +17,19 @@
 #include <QTreeWidget>
 
 namespace {
+
 constexpr int StatementRole = Qt::UserRole;
+
+QString Bytes(qint64 count)
+{
+    return QLocale().formattedDataSize(count);
 }
+
+} // namespace
 
 LoadWizard::LoadWizard(const rc::Ref<HF::LDatabase>& database, QWidget* parent)
     : QWizard(parent), m_database(database), m_options(database->CreateLoadDumpPage(HF::DUMP_KIND_SQL)),
-      m_work(new TaskPage(tr("Loading the dump"))), m_errors(new QTreeWidget)
+      m_work(new TaskPage(tr("Loading the dump"), Bytes)), m_errors(new QTreeWidget)
 {
     setWindowTitle(tr("Load Dump"));
     setOption(QWizard::NoBackButtonOnLastPage);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "hf/background.h"
 #include "hf/plugin.h"
+#include "hf/services.h"
 #include "i18n/translations.h"
 #include "studio/appearance.h"
 #include "studio/main_window.h"
@@ -48,7 +49,7 @@ int main(int argc, char** argv)
         MainWindow window(*loaded.plugin);
         window.show();
         for (const QString& location : parser.positionalArguments())
-            window.OpenLocation(location, parser.isSet(QStringLiteral("read-only")));
+            window.OpenLocation(HF::AbsoluteLocation(location), parser.isSet(QStringLiteral("read-only")));
         code = application.exec();
     }
     HF::WaitForWorkers(5000);

@@ -100,8 +100,13 @@ void MainWindow::CreateMemoryDatabase()
 {
     if (!m_connection)
         return;
-    const auto made =
-        m_connection->CreateDatabase(QStringLiteral(":memory:"), {{QStringLiteral("location"), 1}}).Force();
+    QStringList known;
+    for (const rc::Ref<HF::I_LDatabase>& database : m_connection->get_Databases())
+        known.append(database->get_Name());
+    QString name = tr("memory");
+    for (int number = 2; known.contains(name); ++number)
+        name = tr("memory %1").arg(number);
+    const auto made = m_connection->CreateDatabase(name, {{QStringLiteral("location"), 1}}).Force();
     if (made)
         ShowObject(rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(made)), 1);
 }

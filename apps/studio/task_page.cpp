@@ -11,8 +11,8 @@ constexpr int Milliseconds = 150;
 constexpr int Steps = 1000;
 } // namespace
 
-TaskPage::TaskPage(const QString& title, QWidget* parent)
-    : QWizardPage(parent), m_bar(new QProgressBar(this)), m_label(new QLabel(this)), m_summary(new QLabel(this)),
+TaskPage::TaskPage(const QString& title, Amount amount, QWidget* parent)
+    : QWizardPage(parent), m_amount(amount), m_bar(new QProgressBar(this)), m_label(new QLabel(this)), m_summary(new QLabel(this)),
       m_layout(new QVBoxLayout(this))
 {
     setTitle(title);
@@ -67,7 +67,7 @@ void TaskPage::Look()
     m_bar->setRange(0, total > 0 ? Steps : 0);
     if (total > 0)
         m_bar->setValue(int(qMin(1.0, double(done) / double(total)) * Steps));
-    QString text = tr("%1 done, %2 a second").arg(locale.toString(done), locale.toString(qint64(rate)));
+    QString text = tr("%1, %2 a second").arg(m_amount(done), m_amount(qint64(rate)));
     if (total > done && rate > 0)
         text += tr(", about %n second(s) left", nullptr, int(double(total - done) / rate) + 1);
     m_label->setText(text);
@@ -76,7 +76,7 @@ void TaskPage::Look()
     m_timer.stop();
     m_bar->setRange(0, Steps);
     m_bar->setValue(m_task->get_State() == HF::TASK_DONE ? Steps : m_bar->value());
-    m_label->setText(tr("%1 done in %2 s").arg(locale.toString(done), locale.toString(seconds, 'f', 1)));
+    m_label->setText(tr("%1 in %2 s").arg(m_amount(done), locale.toString(seconds, 'f', 1)));
     emit completeChanged();
     emit Ended();
 }

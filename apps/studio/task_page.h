@@ -26,7 +26,10 @@ class TaskPage : public QWizardPage
     Q_OBJECT
 
 public:
-    explicit TaskPage(const QString& title, QWidget* parent = nullptr);
+    /// Words for an amount of the task's figures, as in "12 rows".
+    using Amount = QString (*)(qint64);
+
+    TaskPage(const QString& title, Amount amount, QWidget* parent = nullptr);
     ~TaskPage() override;
 
     /// Runs it. The figures are the task's to write.
@@ -46,6 +49,7 @@ signals:
 private:
     void Look();
 
+    Amount m_amount;
     QProgressBar* m_bar;
     QLabel* m_label;
     QLabel* m_summary;

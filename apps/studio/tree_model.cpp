@@ -381,11 +381,11 @@ void TreeModel::CheckFile(Node* node)
 {
     while (node->parent && !rc::cast<HF::I_LDatabase>(node->item))
         node = node->parent;
-    const auto database = rc::cast<HF::I_LDatabase>(node->item);
+    const auto database = rc::cast<HF::LDatabase>(node->item);
     if (!database)
         return;
     const QString path = database->get_Path();
-    const bool isFile = !path.isEmpty() && !path.startsWith(QLatin1String(":memory:"))
+    const bool isFile = !path.isEmpty() && database->CanBeOpenedAgain() && !path.startsWith(QLatin1String(":memory:"))
                         && !path.startsWith(QLatin1String("md:")) && !path.startsWith(QLatin1String("file:"));
     const QString problem = isFile && !QFileInfo::exists(path) ? tr("the file is gone") : QString();
     if (!problem.isEmpty() && node->problem.isEmpty())

@@ -11,6 +11,7 @@
 #include "hf/app_controller.h"
 #include "hf/log.h"
 #include "hf/recents.h"
+#include "hf/services.h"
 #include "hf/sql_text.h"
 
 #include <QFileInfo>
@@ -144,6 +145,11 @@ HF::LLazy<QString, false> orbDuckDB_Database::get_Icon() const
     return QStringLiteral(":/icons/office-database.svg");
 }
 
+bool orbDuckDB_Database::CanBeOpenedAgain() const
+{
+    return m_storageKind != InMemory || IsInMemoryLocation(get_Path());
+}
+
 rc::Ref<HF::I_LSqlQuery> orbDuckDB_Database::MakeSqlQuery()
 {
     return rc::make<orbDuckDB_SqlQuery>(get_Connection(), rc::self<HF::I_LDatabase>(this), m_engine.Force());
@@ -250,7 +256,7 @@ bool orbDuckDB_Database::ThrowOutNow()
             HF::AppCtrlInstance().DropDatabase(rc::self<HF::I_LDatabase>(this));
             if (connection && connection->get_IsFileBased())
                 if (const rc::Ptr<HF::LRecentsList> recents = connection->get_RecentDatabases())
-                    recents->DeleteRecentByData(get_Path());
+                    recents->DeleteRecentByData(HF::AbsoluteLocation(get_Path()));
         }
     }
     LeaveParent();

@@ -57,6 +57,8 @@ public:
     /// The engine binds its system views when the columns are first asked for.
     void WarmCatalog() override;
 
+    bool CanBeOpenedAgain() const override;
+
     int get_StorageKind() const { return m_storageKind; }
     /// The same database on a session of its own, apart from the tree, with default
     /// settings, names looked up where this session looks. Null when it is not open;

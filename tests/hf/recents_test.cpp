@@ -132,6 +132,11 @@ TEST_F(Recents, OnlyFilesThatAreGoneAreCleanedUp)
 
 TEST_F(Recents, SmallServices)
 {
+    const QString here = QDir::currentPath();
+    for (const auto& [location, absolute] : std::initializer_list<std::pair<QString, QString>>{
+             {"a.db", here + "/a.db"}, {"../a.db", QDir::cleanPath(here + "/../a.db")}, {"/x/a.db", "/x/a.db"},
+             {":memory:", ":memory:"}, {"md:base", "md:base"}, {"file:x?mode=memory", "file:x?mode=memory"}, {"", ""}})
+        EXPECT_EQ(AbsoluteLocation(location), absolute);
     for (const auto& [word, plural] : std::initializer_list<std::pair<const char*, const char*>>{
              {"table", "tables"}, {"index", "indexes"}, {"check", "checks"}, {"key", "keys"}, {"query", "queries"},
              {"alias", "aliases"}, {"branch", "branches"}, {"y", "ys"}, {"", ""}})

@@ -51,6 +51,7 @@ protected:
         m_window = std::make_unique<MainWindow>(Plugin());
         m_window->resize(1280, 800);
         m_window->show();
+        m_window->activateWindow(); // without a window manager nobody else does, and shortcuts stay dead
     }
 
     void TearDown() override

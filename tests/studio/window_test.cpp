@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window: open, look around, run, read.
+#include "hf/recents.h"
 #include "studio/completion.h"
 #include "studio/copy_text.h"
 #include "studio/cursor_model.h"
@@ -10,6 +11,9 @@
 
 #include <QFile>
 #include <QKeyEvent>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -47,6 +51,28 @@ TEST_F(Window, ShowsEveryKindOfObjectOfTheSample)
                                  "SELECT c.country, count(*) AS orders\nFROM shop.orders o JOIN shop.customers c ON "
                                  "c.id = o.customer\nGROUP BY ALL ORDER BY orders DESC;\n"));
     Keep("window.png");
+}
+
+TEST_F(Window, DatabasesInMemoryHaveNamesAndLeaveNoTrace)
+{
+    for (QPushButton* button : m_window->findChildren<QPushButton*>())
+        if (button->text() == u"New Database in Memory") {
+            button->click();
+            button->click();
+        }
+    const RcList<HF::I_LDatabase> databases = Databases();
+    ASSERT_EQ(databases.size(), 2);
+    for (int i = 0; i < 2; ++i) {
+        const QString name = i == 0 ? QStringLiteral("memory") : QStringLiteral("memory 2");
+        EXPECT_EQ(databases[i]->get_Name(), name);
+        const QModelIndex row = m_window->get_TreeModel()->IndexOf(databases[i].get());
+        Child(row, QStringLiteral("main"));
+        EXPECT_EQ(row.data().toString().section(u"  "_s, 0, 0), name) << "no word of a file that is gone";
+    }
+    EXPECT_TRUE(databases[0]->SqlExecute(QStringLiteral("CREATE TABLE only_here(a INTEGER)")));
+    EXPECT_FALSE(databases[1]->SqlExecute(QStringLiteral("SELECT * FROM only_here")));
+    for (const auto& recent : databases[0]->get_Connection()->get_RecentDatabases()->get_Items())
+        EXPECT_FALSE(recent->get_Name().startsWith(u"memory")) << "it cannot be opened again";
 }
 
 TEST_F(Window, AFailureInTheMiddleKeepsWhatCameBefore)

@@ -6,6 +6,7 @@
 #include "hf/object_kinds.h"
 #include "hf/recents.h"
 #include "hf/schema_item_list.h"
+#include "hf/services.h"
 #include "weft/prompter.h"
 
 #include <QAction>
@@ -165,8 +166,10 @@ void LDatabase::InvalidateSystemIdents()
 
 void LDatabase::AddToRecents()
 {
+    if (!CanBeOpenedAgain())
+        return;
     if (const rc::Ptr<LRecentsList> recents = m_connection->get_RecentDatabases())
-        recents->AddRecent(get_Name(), m_path);
+        recents->AddRecent(get_Name(), AbsoluteLocation(m_path)); // it outlives the working folder
 }
 
 void LDatabase::InitVirtualLinks()

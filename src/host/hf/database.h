@@ -66,8 +66,10 @@ public:
     void InvalidateIdents() override;
     void InvalidateSystemIdents() override;
 
-    /// Puts the database in the connection's list of recent ones.
+    /// Puts the database in the connection's list of recent ones, if its path leads back to it.
     void AddToRecents();
+    /// False when the path is only a name, as of a database in memory that was made under one.
+    virtual bool CanBeOpenedAgain() const { return true; }
     /// Reads the virtual links of links lists that hang at the database itself.
     void InitVirtualLinks();
     /// Removes the settings kept for this database and all below it.

@@ -25,13 +25,14 @@ QIcon WithOverlay(const QIcon& base, const QIcon& overlay)
     if (base.isNull() || overlay.isNull())
         return base;
     QIcon result;
-    for (const int size : {16, 24, 32, 48, 64}) {
-        QPixmap pixmap = base.pixmap(size, size);
-        QPainter painter(&pixmap);
-        painter.drawPixmap(pixmap.rect(), overlay.pixmap(size, size));
-        painter.end();
-        result.addPixmap(pixmap);
-    }
+    for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Selected})
+        for (const int size : {16, 24, 32, 48, 64}) {
+            QPixmap pixmap = base.pixmap(size, size, mode);
+            QPainter painter(&pixmap);
+            painter.drawPixmap(pixmap.rect(), overlay.pixmap(size, size, mode));
+            painter.end();
+            result.addPixmap(pixmap, mode);
+        }
     return result;
 }
 
@@ -110,6 +111,17 @@ QString ForPalette(const QString& path, bool dark)
     return QFile::exists(variant) ? variant : path;
 }
 
+/// A selected row is dark in either palette.
+QIcon FromFile(const QString& path, bool dark)
+{
+    if (path.isEmpty())
+        return {};
+    QIcon icon(ForPalette(path, dark));
+    if (const QString selected = ForPalette(path, true); selected != path)
+        icon.addFile(selected, QSize(), QIcon::Selected);
+    return icon;
+}
+
 } // namespace
 
 QIcon LoadCachedIcon(const QString& path)
@@ -127,11 +139,10 @@ QIcon LoadCachedIcon(const QString& path)
     const auto known = cache->constFind(key);
     if (known != cache->constEnd())
         return *known;
-    const QString base = ForPalette(path.section(u'\n', 0, 0), dark);
-    const QString overlay = ForPalette(path.section(u'\n', 1, 1), dark);
-    QIcon icon = base.isEmpty() ? QIcon() : QIcon(base);
+    QIcon icon = FromFile(path.section(u'\n', 0, 0), dark);
+    const QString overlay = path.section(u'\n', 1, 1);
     if (!overlay.isEmpty() && qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
-        icon = WithOverlay(icon, QIcon(overlay));
+        icon = WithOverlay(icon, FromFile(overlay, dark));
     cache->insert(key, icon);
     return icon;
 }
@@ -152,6 +163,11 @@ void OpenURL(const QString& url)
 {
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
         QDesktopServices::openUrl(QUrl::fromUserInput(url));
+}
+
+QString AbsoluteLocation(const QString& location)
+{
+    return IsDiskPath(location) ? QFileInfo(location).absoluteFilePath() : location;
 }
 
 void CheckRecentDatabasesPaths(const rc::Ref<LRecentsList>& list)

@@ -35,6 +35,9 @@ HF_EXPORT QIcon LoadCachedIcon(const QString& path);
 /// Plural of an English lower-case noun of the object kinds.
 HF_EXPORT QString PluralStr(const QString& word);
 HF_EXPORT void OpenURL(const QString& url);
+/// The location as it reads from any folder: a file's path is made absolute, ":memory:",
+/// "md:name" and the like stay.
+HF_EXPORT QString AbsoluteLocation(const QString& location);
 /// Takes items out of the list whose files are gone, unless they live elsewhere
 /// than on disk.
 HF_EXPORT void CheckRecentDatabasesPaths(const rc::Ref<LRecentsList>& list);
