@@ -68,13 +68,35 @@ void orbDuckDB_SqlQuery::Interrupt()
 
 rc::Ptr<rc::RefCounted> orbDuckDB_SqlQuery::HoldSession()
 {
-    if (!IsSessionOpen())
+    m_interrupted.store(false);
+    nub::smart_ptr<nub::I_Counted> turn;
+    if (!WaitForTurn(turn))
         return nullptr;
     try {
-        return rc::make<SessionHold>(nub::smart_ptr<nub::I_Counted>::adopt(m_session->Hold()));
+        if (!turn)
+            turn = nub::smart_ptr<nub::I_Counted>::adopt(m_session->Hold());
+        return rc::make<SessionHold>(std::move(turn));
     } catch (const nub::xException&) { // closed at this very moment
         return nullptr;
     }
+}
+
+bool orbDuckDB_SqlQuery::WaitForTurn(nub::smart_ptr<nub::I_Counted>& turn)
+{
+    if (!IsApplicationThread())
+        return IsSessionOpen(); // the kernel waits
+    try {
+        while (IsSessionOpen()) {
+            turn = nub::smart_ptr<nub::I_Counted>::adopt(m_session->TryHold());
+            if (turn)
+                return true;
+            if (m_interrupted.load())
+                return false;
+            HF::LYield();
+        }
+    } catch (const nub::xException&) { // closed at this very moment
+    }
+    return false;
 }
 
 bool orbDuckDB_SqlQuery::IsSessionOpen() const
@@ -112,7 +134,9 @@ QList<HF::LQueryResult> orbDuckDB_SqlQuery::Execute(const QString& text, int fla
                                                     const RcList<HF::I_LSqlValue>& binds)
 {
     m_interrupted.store(false);
-    if (!IsSessionOpen())
+    const auto held = rc::self(this); // the event loop may run meanwhile
+    nub::smart_ptr<nub::I_Counted> turn;
+    if (!WaitForTurn(turn))
         return {HF::LQueryResult()};
     if (m_statement)
         return {RunStatement(text, flags, binds)};
@@ -185,7 +209,10 @@ void orbDuckDB_SqlQuery::ReportFailure(HF::LQueryResult& result, const QString& 
 HF::LQueryResult orbDuckDB_SqlQuery::Prepare(const QString& text, int flags)
 {
     HF::LQueryResult result;
-    if (!IsSessionOpen())
+    m_interrupted.store(false);
+    const auto held = rc::self(this);
+    nub::smart_ptr<nub::I_Counted> turn;
+    if (!WaitForTurn(turn))
         return result;
     const nub::String trimmed = KernelText::FromQString(text).Trimmed();
     if (trimmed.empty()) {

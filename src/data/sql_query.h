@@ -33,6 +33,10 @@ private:
     using KernelResult = nub::smart_ptr<nub::orbsql::I_Result>;
 
     bool IsSessionOpen() const;
+    /// On the main thread lets events run until no other thread uses the session,
+    /// and keeps them out as long as `turn` lives; elsewhere the kernel waits. False
+    /// when the session is closed or the query was interrupted meanwhile.
+    bool WaitForTurn(nub::smart_ptr<nub::I_Counted>& turn);
     HF::LQueryResult RunStatement(const QString& text, int flags, const RcList<HF::I_LSqlValue>& binds);
     void RunChain(QList<HF::LQueryResult>& results, const QString& text, int flags,
                   const RcList<HF::I_LSqlValue>& binds);

@@ -4,6 +4,7 @@
 #include "data/sql_query.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 
 #include <atomic>
 #include <thread>
@@ -167,6 +168,32 @@ TEST_F(SqlQueryTest, AnInterruptibleStatementIsCutShort)
     EXPECT_EQ(results[0].Status, LQueryResult::Failed);
     EXPECT_TRUE(results[0].Error.contains(u"Interrupted"_s, Qt::CaseInsensitive)) << results[0].Error.toStdString();
     EXPECT_EQ(Column(u"SELECT 1"_s), u"1"_s);
+}
+
+TEST_F(SqlQueryTest, TheMainThreadStaysAliveWhileItWaitsForItsTurn)
+{
+    const auto running = Database().MakeSqlQuery();
+    running->SetInterruptible(true);
+    std::atomic<bool> started{false};
+    std::thread worker([&] {
+        started = true;
+        running->Execute(u"SELECT count(*) FROM range(4000000000) a(i), range(1000) b(j) WHERE hash(i + j) = 1"_s,
+                         HF::QUERY_SILENT_ERROR, {});
+    });
+    while (!started)
+        std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    // What a click on Stop does: it can only be heard when events run.
+    int ticks = 0;
+    QTimer clicks;
+    QObject::connect(&clicks, &QTimer::timeout, [&] {
+        if (++ticks >= 5)
+            running->Interrupt();
+    });
+    clicks.start(20);
+    EXPECT_EQ(Column(u"SELECT 42"_s), u"42"_s);
+    EXPECT_GE(ticks, 5);
+    worker.join();
 }
 
 } // namespace

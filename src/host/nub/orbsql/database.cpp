@@ -222,7 +222,10 @@ namespace {
 class HeldSession final : public Counted<I_Counted>
 {
 public:
-    explicit HeldSession(std::shared_ptr<Session> session) : m_session(std::move(session)), m_hold(m_session->Hold()) {}
+    HeldSession(std::shared_ptr<Session> session, SessionHold hold)
+        : m_session(std::move(session)), m_hold(std::move(hold))
+    {
+    }
 
 private:
     ~HeldSession() override = default;
@@ -235,7 +238,15 @@ private:
 
 I_Counted* Database::Hold()
 {
-    return new HeldSession(Opened());
+    const std::shared_ptr<Session> session = Opened();
+    return new HeldSession(session, session->Hold());
+}
+
+I_Counted* Database::TryHold()
+{
+    const std::shared_ptr<Session> session = Opened();
+    std::optional<SessionHold> hold = session->TryHold();
+    return hold ? new HeldSession(session, std::move(*hold)) : nullptr;
 }
 
 smart_ptr<I_DuckDBDatabase> CreateDuckDBDatabase(smart_ptr<I_Disk_Location> location)

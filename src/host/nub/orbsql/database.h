@@ -32,6 +32,7 @@ public:
     void Interrupt() override;
     double get_Progress() const override;
     I_Counted* Hold() override;
+    I_Counted* TryHold() override;
     I_DuckDBDatabase* OpenFurther() override;
     I_LiteralRows* SelectLiterals(const String& query, std::function<bool(char32_t)> canWrite) override;
 

@@ -167,6 +167,8 @@ public:
     /// that nobody's statement gets into a transaction of several texts; the calling
     /// thread goes on using it. Waits for its turn. The caller owns the reference.
     virtual I_Counted* Hold() = 0;
+    /// The same without waiting: null when another thread has its turn.
+    virtual I_Counted* TryHold() = 0;
     /// A further session on the open database, with settings, transactions and
     /// temporary objects of its own. The caller owns the reference.
     virtual I_DuckDBDatabase* OpenFurther() = 0;

@@ -65,6 +65,7 @@ public:
     ~Session();
 
     SessionHold Hold() const { return SessionHold(m_lock); }
+    std::optional<SessionHold> TryHold() const { return SessionHold::Try(m_lock); }
     SessionHold FurtherHold() const noexcept { return SessionHold::Further(m_lock); }
     /// Ends everything that the session has open. Waits for a hold by itself.
     void Close() noexcept;

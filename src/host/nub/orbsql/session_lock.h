@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -20,6 +21,16 @@ public:
         m_free.wait(lock, [this] { return m_holds == 0 || m_owner == std::this_thread::get_id(); });
         m_owner = std::this_thread::get_id();
         ++m_holds;
+    }
+    /// False when another thread holds it.
+    bool TryAcquire()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_holds != 0 && m_owner != std::this_thread::get_id())
+            return false;
+        m_owner = std::this_thread::get_id();
+        ++m_holds;
+        return true;
     }
     /// A further hold beside one that the caller knows of.
     void Again() noexcept
@@ -50,6 +61,15 @@ public:
     SessionHold() noexcept = default;
     /// Waits for the lock.
     explicit SessionHold(std::shared_ptr<SessionLock> lock) : m_lock(std::move(lock)) { m_lock->Acquire(); }
+    /// Without waiting; nothing when another thread holds the lock.
+    static std::optional<SessionHold> Try(std::shared_ptr<SessionLock> lock)
+    {
+        if (!lock->TryAcquire())
+            return std::nullopt;
+        SessionHold result;
+        result.m_lock = std::move(lock);
+        return result;
+    }
     /// One more hold for a caller that owns one, on whichever thread it was taken.
     static SessionHold Further(std::shared_ptr<SessionLock> lock) noexcept
     {
