@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QObject>
+#include <QStringDecoder>
 
 namespace orbis {
 
@@ -123,10 +124,18 @@ private:
             return ExitCannotOpen;
         }
         const rc::Ptr<HF::I_LField> field = m_cursor.get_Field(column);
-        if (field->get_Type().Force() == HF::FIELD_BLOB)
+        if (field->get_Type().Force() == HF::FIELD_BLOB) {
             values.append({field->get_Name(), rc::make<HF::LValueByteArray>(bytes)});
-        else
-            values.append({field->get_Name(), m_cursor.MakeValue(column, QString::fromUtf8(bytes))});
+        } else {
+            QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+            const QString text = decoder.decode(bytes);
+            if (decoder.hasError()) {
+                Console::Instance().Error(
+                    QObject::tr("\"%1\" is not UTF-8 text, which the column \"%2\" wants").arg(path, field->get_Name()));
+                return ExitRefused;
+            }
+            values.append({field->get_Name(), m_cursor.MakeValue(column, text)});
+        }
         return ExitDone;
     }
 

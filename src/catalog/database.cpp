@@ -150,6 +150,21 @@ bool orbDuckDB_Database::CanBeOpenedAgain() const
     return m_storageKind != InMemory || IsInMemoryLocation(get_Path());
 }
 
+QString orbDuckDB_Database::get_CatalogName() const
+{
+    {
+        const std::lock_guard guard(m_catalogMutex);
+        if (!m_catalogName.isEmpty())
+            return m_catalogName;
+    }
+    auto* const database = const_cast<orbDuckDB_Database*>(this); // a read of what does not change
+    const QString name =
+        HF::EvaluateSQL(rc::self<HF::I_LDatabase>(database), QString::fromLatin1(Queries::CurrentCatalog)).value_or(QString());
+    const std::lock_guard guard(m_catalogMutex);
+    m_catalogName = name;
+    return name.isEmpty() ? get_Name() : name;
+}
+
 rc::Ref<HF::I_LSqlQuery> orbDuckDB_Database::MakeSqlQuery()
 {
     return rc::make<orbDuckDB_SqlQuery>(get_Connection(), rc::self<HF::I_LDatabase>(this), m_engine.Force());

@@ -58,6 +58,7 @@ public:
     void WarmCatalog() override;
 
     bool CanBeOpenedAgain() const override;
+    QString get_CatalogName() const override;
 
     int get_StorageKind() const { return m_storageKind; }
     /// The same database on a session of its own, apart from the tree, with default
@@ -92,6 +93,8 @@ private:
     std::mutex m_warmerMutex;
     std::thread m_warmer;
     bool m_isWarm = false;
+    mutable std::mutex m_catalogMutex;
+    mutable QString m_catalogName; ///< empty: not read yet
     mutable std::mutex m_searchPathMutex;
     std::optional<QStringList> m_searchPathCache;
 };

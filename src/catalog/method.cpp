@@ -55,7 +55,7 @@ HF::LLazy<QString, false> orbDuckDB_Method::get_Icon() const
 HF::LLazy<QString, false> orbDuckDB_Method::get_Tip() const
 {
     const rc::Ptr<HF::I_LTable> table = OwnerTable();
-    return QStringLiteral("Table: %1\nType: %2\nText: %3")
+    return QObject::tr("Table: %1\nType: %2\nText: %3")
         .arg(table ? table->get_Name() : QString(), GetString(PROP_TYPE_NAME),
              FirstLines(GetString(PROP_METHOD_EXPRESSION)));
 }

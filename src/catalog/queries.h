@@ -65,8 +65,9 @@ inline constexpr char Views[] =
     "'pg_catalog', 'information_schema' ) AND database_name = current_catalog() ) OR ( NOT internal AND database_name IN "
     "( current_catalog(), 'temp' ) ) )";
 
+// The engine calls its own views temporary.
 inline constexpr char ViewsSince101[] =
-    "-- UPDATE LIST OF VIEWS\nSELECT * FROM duckdb_views() WHERE schema_name = $NAME AND (( internal AND schema_name in ( "
+    "-- UPDATE LIST OF VIEWS\nSELECT * REPLACE ( temporary AND NOT internal AS temporary ) FROM duckdb_views() WHERE schema_name = $NAME AND (( internal AND schema_name in ( "
     "'pg_catalog', 'information_schema' ) AND database_name IN ( current_catalog(), 'system' ) ) OR ( NOT internal AND "
     "database_name IN ( current_catalog(), 'temp' ) ) )";
 
@@ -98,9 +99,9 @@ inline constexpr char FieldsOfTable[] =
     "table_name = $NAME AND schema_name = $PNAME AND database_name = $CATALOG ) t ON true WHERE c.table_name = $NAME AND " \
     "c.schema_name = $PNAME AND c.database_name = $CATALOG AND "
 #define ORBIS_GENERATED_TEST                                                                                              \
-    "coalesce( contains( t.text, replace( ' ' || c.column_name || ' ' || c.data_type || ' GENERATED ALWAYS AS ', '(', "    \
-    "' ' ) ) OR contains( t.text, replace( ' \"' || replace( c.column_name, '\"', '\"\"' ) || '\" ' || c.data_type || "    \
-    "' GENERATED ALWAYS AS ', '(', ' ' ) ), false )"
+    "( starts_with( coalesce( c.column_default, '' ), 'CAST(' ) AND coalesce( contains( t.text, replace( ' ' || "           \
+    "c.column_name || ' ' || c.data_type || ' GENERATED ALWAYS AS ', '(', ' ' ) ) OR contains( t.text, replace( ' \"' || "  \
+    "replace( c.column_name, '\"', '\"\"' ) || '\" ' || c.data_type || ' GENERATED ALWAYS AS ', '(', ' ' ) ), false ) )"
 
 inline constexpr char FieldsOfTableSince101[] =
     "-- UPDATE LIST OF FIELDS\n" ORBIS_COLUMNS_AND_TEXT "NOT " ORBIS_GENERATED_TEST " ORDER BY c.column_index";

@@ -360,6 +360,7 @@ BoolLazy orbDuckDB_FieldBase::ChangeUnique(bool unique)
         database->SqlQuery(QLatin1String("BEGIN;\n") + script + QLatin1String("\nEND;\n"), HF::QUERY_SILENT_ERROR, {},
                            HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD);
     if (HF::IsQuerySuccess(results)) {
+        database->Flush().Force(); // the log of a rebuild cannot always be replayed
         table->ReloadProperties().Force();
         ReloadProperties().Force();
     } else {

@@ -12,6 +12,7 @@ struct Token
     QString text;
     bool isName = false;
     bool isString = false;
+    bool isQuoted = false; ///< a name that is no keyword, whatever it reads
 };
 
 QList<Token> Tokens(const QString& text)
@@ -30,7 +31,7 @@ QList<Token> Tokens(const QString& text)
                 content += text.at(i);
             }
             ++i;
-            tokens.append({content, c == u'"', c == u'\''});
+            tokens.append({content, c == u'"', c == u'\'', c == u'"'});
         } else if (c.isLetterOrNumber() || c == u'_') {
             const qsizetype start = i;
             while (i < text.size() && (text.at(i).isLetterOrNumber() || text.at(i) == u'_' || text.at(i) == u'$'))
@@ -45,10 +46,10 @@ QList<Token> Tokens(const QString& text)
     return tokens;
 }
 
-bool IsOneOf(const QString& word, std::initializer_list<const char*> words)
+bool IsOneOf(const Token& token, std::initializer_list<const char*> words)
 {
-    return std::any_of(words.begin(), words.end(), [&](const char* each) {
-        return word.compare(QLatin1String(each), Qt::CaseInsensitive) == 0;
+    return !token.isQuoted && std::any_of(words.begin(), words.end(), [&](const char* each) {
+        return token.text.compare(QLatin1String(each), Qt::CaseInsensitive) == 0;
     });
 }
 
@@ -137,12 +138,12 @@ orbDuckDB_References ReferencesOf(const QString& text)
             else if (isMark(i, u')') && inFrom.size() > 1)
                 inFrom.removeLast();
             expected = isMark(i, u'(') ? expected : isMark(i, u',') && inFrom.last();
-        } else if (IsOneOf(token.text, {"FROM", "JOIN", "PIVOT", "UNPIVOT", "DESCRIBE", "SUMMARIZE"})) {
+        } else if (IsOneOf(token, {"FROM", "JOIN", "PIVOT", "UNPIVOT", "DESCRIBE", "SUMMARIZE"})) {
             inFrom.last() = expected = true;
-        } else if (expected && IsOneOf(token.text, {"SELECT", "VALUES", "LATERAL", "WITH"})) {
+        } else if (expected && IsOneOf(token, {"SELECT", "VALUES", "LATERAL", "WITH"})) {
             expected = false;
             inFrom.last() = false;
-        } else if (IsOneOf(token.text, {"WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT",
+        } else if (IsOneOf(token, {"WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT",
                                         "QUALIFY", "WINDOW", "SELECT"})) {
             inFrom.last() = expected = false;
         } else {

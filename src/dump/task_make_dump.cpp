@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dump/task_make_dump.h"
 
-#include "dump/macro_text.h"
 #include "dump/sequence_text.h"
 #include "hf/engine.h"
 #include "hf/sql_text.h"
 #include "hf/values.h"
+#include "model/macro_text.h"
 #include "model/table_script.h"
 #include "model/text_helpers.h"
 #include "nub/exception.h"
@@ -409,13 +409,25 @@ void orbDuckDB_TaskMakeDump::WriteObjects()
     for (const orbDuckDB_DumpObject& object : m_objects) {
         if (IsCancelled())
             return;
-        if (object.type != HF::TYPE_VIEW)
+        if (object.type == HF::TYPE_VIEW)
+            UsePath(QString(), QString()); // a view of main has no schema in front of its name
+        else
             UsePath(object.schema, object.text);
         if (object.type == HF::TYPE_TABLE)
             Write(object.text);
         else
             Write(rc::Ref<HF::I_LSchemaObject>(object.object), HF::KIND_CREATE);
+        if (object.type == HF::TYPE_VIEW)
+            WriteColumnComments(object);
     }
+}
+
+void orbDuckDB_TaskMakeDump::WriteColumnComments(const orbDuckDB_DumpObject& view)
+{
+    for (const rc::Ref<HF::I_LSchemaObject>& field : view.object->get_ChildObjects(HF::TYPE_FIELD).Force())
+        if (const QString comment = field->GetString(PROP_COMMENT); !comment.isEmpty())
+            Write(CommentStatement(QStringLiteral("COLUMN"),
+                                   QualifiedName(view.schema, view.name) + u'.' + QuoteIdent(field->get_Name()), comment));
 }
 
 void orbDuckDB_TaskMakeDump::WriteRows()
@@ -461,7 +473,17 @@ void orbDuckDB_TaskMakeDump::WriteIndexes()
 HF::LRowsQuery orbDuckDB_TaskMakeDump::MakeRowsQuery(const rc::Ref<HF::I_LTable>& table, const QList<QString>& fields)
 {
     const orbDuckDB_DescTable description = DescribeTable(rc::Ref<const HF::I_LSchemaObject>(table));
-    const QString name = QualifiedTable(table, table->get_Name());
+    QString name = table->get_NameForQuery(true);
+    QString row = QStringLiteral("rowid");
+    QString numbered; // where a column hides the engine's row number
+    if (std::any_of(description.fields.begin(), description.fields.end(), [&](const FieldDescription& field) {
+            return field.name.compare(row, Qt::CaseInsensitive) == 0;
+        })) {
+        row = QStringLiteral("orb_row");
+        numbered = QLatin1String("orb_rows AS MATERIALIZED ( SELECT row_number() OVER () AS orb_row, * FROM ") + name
+                   + QLatin1String(" ), ");
+        name = QStringLiteral("orb_rows");
+    }
     QStringList edges;
     for (const LinkDescription& link : description.OwnLinks()) {
         if (link.parentTable.compare(description.name, Qt::CaseInsensitive) != 0)
@@ -469,19 +491,22 @@ HF::LRowsQuery orbDuckDB_TaskMakeDump::MakeRowsQuery(const rc::Ref<HF::I_LTable>
         QStringList same;
         for (qsizetype i = 0; i < std::min(link.columns.size(), link.parentColumns.size()); ++i)
             same.append(QLatin1String("c.") + QuoteIdent(link.columns[i]) + QLatin1String(" = p.") + QuoteIdent(link.parentColumns[i]));
-        edges.append(QStringLiteral("SELECT c.rowid AS c, p.rowid AS p FROM %1 c JOIN %1 p ON %2")
-                         .arg(name, same.join(QLatin1String(" AND "))));
+        edges.append(QStringLiteral("SELECT c.%3 AS c, p.%3 AS p FROM %1 c JOIN %1 p ON %2")
+                         .arg(name, same.join(QLatin1String(" AND ")), row));
     }
     if (edges.isEmpty())
         return LTask_DumpTablesToSQL::MakeRowsQuery(table, fields);
     QStringList columns;
     for (const QString& field : fields)
         columns.append(QLatin1String("t.") + QuoteIdent(field));
-    return {QStringLiteral("WITH RECURSIVE orb_edges AS ( %1 ), orb_depths( r, d ) AS ( SELECT rowid, 0 FROM %2 UNION "
-                           "SELECT e.c, d + 1 FROM orb_depths JOIN orb_edges e ON e.p = r WHERE e.c <> e.p ) SELECT %3, "
-                           "x.d FROM %2 t JOIN ( SELECT r, max(d) AS d FROM orb_depths GROUP BY r ) x ON x.r = t.rowid "
-                           "ORDER BY x.d, t.rowid")
-                .arg(edges.join(QLatin1String(" UNION ALL ")), name, columns.join(QLatin1String(", "))),
+    // From the rows that refer to no other one; a row that only a circle reaches comes with the first ones, and no
+    // way is longer than there are ties.
+    return {QStringLiteral("WITH RECURSIVE %4orb_edges AS MATERIALIZED ( SELECT * FROM ( %1 ) WHERE c <> p ), "
+                           "orb_depths( r, d ) AS ( SELECT %5, 0 FROM %2 WHERE %5 NOT IN ( SELECT c FROM orb_edges ) UNION "
+                           "SELECT e.c, d + 1 FROM orb_depths JOIN orb_edges e ON e.p = r WHERE d < ( SELECT count(*) FROM "
+                           "orb_edges ) ) SELECT %3, coalesce( x.d, 0 ) FROM %2 t LEFT JOIN ( SELECT r, max(d) AS d FROM "
+                           "orb_depths GROUP BY r ) x ON x.r = t.%5 ORDER BY coalesce( x.d, 0 ), t.%5")
+                .arg(edges.join(QLatin1String(" UNION ALL ")), name, columns.join(QLatin1String(", ")), numbered, row),
             true};
 }
 
@@ -497,9 +522,11 @@ HF::LInsertWords orbDuckDB_TaskMakeDump::MakeInsertWords(const rc::Ref<HF::I_LTa
         keys.append(description.primaryKey);
     for (const UniqueDescription& unique : description.uniques)
         keys.append(unique.columns);
-    for (const IndexDescription& index : description.indexes)
-        if (index.unique)
-            keys.append(index.columns);
+    // Indexes that the dump makes itself come behind the rows.
+    if (!HasStructure())
+        for (const IndexDescription& index : description.indexes)
+            if (index.unique)
+                keys.append(index.columns);
     if (keys.size() == 1) {
         words.Head = QStringLiteral("INSERT OR REPLACE INTO ");
     } else if (keys.size() > 1) {

@@ -45,6 +45,7 @@ private:
     void WriteTypes(bool drop);
     void WriteSequences();
     void WriteObjects();
+    void WriteColumnComments(const orbDuckDB_DumpObject& view);
     void WriteRows();
     void WriteIndexes();
     void Write(QString text);

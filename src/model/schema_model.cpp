@@ -3,6 +3,7 @@
 
 #include "hf/model_object.h"
 #include "hf/sql_text.h"
+#include "model/sequence_model.h"
 
 #include <QObject>
 
@@ -48,6 +49,10 @@ QStringList orbDuckDB_ModelSchema::GetChangeWarnings(const rc::Ref<const HF::I_L
             names.append(child->get_Name());
     if (names.isEmpty())
         return {};
-    return {QObject::tr("Dropping the schema \"%1\" drops everything in it: %2")
-                .arg(schema->get_Name(), names.join(QLatin1String(", ")))};
+    QStringList warnings{QObject::tr("Dropping the schema \"%1\" drops everything in it: %2")
+                             .arg(schema->get_Name(), names.join(QLatin1String(", ")))};
+    // CASCADE goes on into other schemas.
+    for (const rc::Ref<HF::LModelObject>& sequence : schema->get_Models(HF::TYPE_SEQUENCE))
+        warnings += SequenceDropWarnings(rc::Ref<const HF::I_LSchemaObject>(sequence), schema->get_Name());
+    return warnings;
 }

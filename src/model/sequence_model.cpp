@@ -173,12 +173,23 @@ QStringList orbDuckDB_ModelSequence::GetChangeWarnings(const rc::Ref<const HF::I
                 return {QObject::tr("The sequence \"%1\" is made anew and begins at its start value.").arg(name)};
         return {};
     }
+    return SequenceDropWarnings(object);
+}
+
+QStringList SequenceDropWarnings(const rc::Ref<const HF::I_LSchemaObject>& object, const QString& exceptIn)
+{
+    const rc::Ptr<HF::I_LDatabase> database = object->get_Database();
+    if (!database)
+        return {};
+    const QString name = object->get_Name();
+    const QString elsewhere =
+        exceptIn.isEmpty() ? QString() : QLatin1String(" AND schema_name <> ") + QuoteStringLiteral(exceptIn);
     // CASCADE takes along what uses the sequence, and the engine says nothing of it.
     const QString users = QStringLiteral("FROM duckdb_dependencies() d JOIN duckdb_tables() t ON t.table_oid = d.refobjid "
                                          "WHERE d.objid = %1").arg(object->GetLong(PROP_OBJECT_ID));
     QStringList warnings;
     if (const QStringList tables = Texts(rc::Ref(database), QLatin1String("SELECT t.schema_name || '.' || t.table_name ")
-                                                                + users + QLatin1String(" ORDER BY 1"));
+                                                                + users + elsewhere + QLatin1String(" ORDER BY 1"));
         !tables.isEmpty())
         warnings.append(QObject::tr("Dropping the sequence \"%1\" drops the tables that use it, with their rows: %2")
                             .arg(name, tables.join(QLatin1String(", "))));
@@ -189,7 +200,7 @@ QStringList orbDuckDB_ModelSequence::GetChangeWarnings(const rc::Ref<const HF::I
                QLatin1String("SELECT column_default || chr(10) || schema_name || '.' || table_name || '.' || column_name "
                              "FROM duckdb_columns() WHERE NOT internal AND contains( column_default, 'nextval(' ) AND "
                              "table_oid NOT IN ( SELECT t.table_oid ")
-                   + users + QLatin1String(" ) ORDER BY 1")))
+                   + users + QLatin1String(" )") + elsewhere + QLatin1String(" ORDER BY 1")))
         if (UsesSequence(column.section(u'\n', 0, 0), object->GetString(PROP_SCHEMA_NAME), name,
                          database->GetStringList(PROP_SEARCH_PATH)))
             columns.append(column.section(u'\n', 1));

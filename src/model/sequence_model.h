@@ -3,6 +3,10 @@
 
 #include "hf/model_kinds.h"
 
+/// What goes, or fails from then on, when the sequence is dropped with CASCADE.
+/// Users in the schema `exceptIn` are left out. Runs queries.
+QStringList SequenceDropWarnings(const rc::Ref<const HF::I_LSchemaObject>& sequence, const QString& exceptIn = {});
+
 /// Statements of a sequence, which any change makes anew.
 class orbDuckDB_ModelSequence final : public HF::LDatabaseModelSequence
 {

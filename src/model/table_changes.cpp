@@ -97,15 +97,6 @@ bool HasTies(const HF::LModelObject& table)
     return false;
 }
 
-bool ChangesType(const HF::LModelObject& column)
-{
-    const QMap<int, int> groups = column.Model().GetPropertiesGroups();
-    for (const int property : column.get_ChangedProperties())
-        if (groups.contains(property) || property == PROP_TYPE_ARGUMENTS)
-            return true;
-    return false;
-}
-
 /// A column gets a name that another one has, or its own in other letters.
 bool NameIsTaken(const HF::LModelObject& table, const HF::LModelObject& column)
 {
@@ -163,6 +154,15 @@ bool TakesNameOfUnique(const HF::LModelObject& table)
 
 } // namespace
 
+bool ChangesType(const HF::LModelObject& column)
+{
+    const QMap<int, int> groups = column.Model().GetPropertiesGroups();
+    for (const int property : column.get_ChangedProperties())
+        if (groups.contains(property) || property == PROP_TYPE_ARGUMENTS)
+            return true;
+    return false;
+}
+
 orbDuckDB_TableChanges::orbDuckDB_TableChanges(const RcList<HF::I_LModelObject>& tables)
 {
     for (const rc::Ref<HF::I_LModelObject>& table : tables)
@@ -196,6 +196,9 @@ orbDuckDB_TableChanges::Road orbDuckDB_TableChanges::RoadOf(const HF::LModelObje
             // Such a default is written into the rows by an update, which keys refuse.
             if (column->IsJustCreated() && DefaultLiteral(column->GetString(PROP_DEFAULT)).startsWith(u'(') && HasTies(table))
                 return Road::Rebuild;
+            // The engine adds a column first and then forbids its nulls, as an alteration.
+            if (column->IsJustCreated() && type == HF::TYPE_FIELD && !column->GetBool(PROP_NULLABLE))
+                road = Road::Alter;
             if (column->IsJustCreated() || !column->HasOwnChanges())
                 continue;
             const bool renamed = column->IsPropertyChanged(PROP_NAME);

@@ -5,6 +5,9 @@
 #include "hf/model_object.h"
 #include "model/table_description.h"
 
+/// True when the column is to have another type, or other arguments of it.
+bool ChangesType(const HF::LModelObject& column);
+
 /// Orders the changes of several tables so that the engine takes them: it
 /// refuses to alter a table that has an index or that others refer to, and to
 /// drop one that others refer to. What stands in the way is taken down first

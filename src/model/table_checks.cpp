@@ -164,12 +164,16 @@ QStringList TableChangeWarnings(const rc::Ref<const HF::I_LModelObject>& object)
         return {QObject::tr("Dropping the table \"%1\" loses its rows: %2").arg(name, rows())};
     QStringList lost;
     QStringList converted;
+    bool anyStays = false;
     for (const Model& column : table->get_Models(HF::TYPE_FIELD)) {
+        anyStays = anyStays || !(column->IsMarkedDropped() || column->IsJustCreated());
         if (column->IsMarkedDropped())
             lost.append(column->get_Name());
-        else if (!column->IsJustCreated() && column->IsPropertyChanged(PROP_TYPE_NAME))
+        else if (!column->IsJustCreated() && ChangesType(*column))
             converted.append(column->get_Name());
     }
+    if (!anyStays)
+        warnings.append(QObject::tr("No column of \"%1\" stays: its rows may be lost: %2").arg(name, rows()));
     if (!lost.isEmpty())
         warnings.append(
             QObject::tr("The values of these columns of \"%1\" are lost: %2").arg(name, lost.join(QLatin1String(", "))));

@@ -92,7 +92,7 @@ FieldDescription DescribeField(const Object& field, const QHash<QString, QString
     } else {
         description.defaultText = field->GetString(PROP_DEFAULT);
         description.collation = field->GetString(PROP_COLLATION);
-        if (description.collation.isEmpty() && TakesCollation(description.typeText))
+        if (!description.isNew && description.collation.isEmpty() && TakesCollation(description.typeText))
             description.collation = collations.value(field->get_Name().toLower());
     }
     return description;

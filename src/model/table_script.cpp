@@ -158,8 +158,10 @@ QString CopyBackText(const orbDuckDB_DescTable& table, const QString& target, co
 {
     const CopiedColumns columns = Copied(table);
     const auto inCopy = [&](const QString& name) {
-        const qsizetype at = columns.into.indexOf(Q(name, table.connection));
-        return at < 0 ? QString() : columns.from[at];
+        for (qsizetype i = 0; i < columns.into.size(); ++i)
+            if (SameName(columns.into[i], Q(name, table.connection)))
+                return columns.from[i];
+        return QString();
     };
     QStringList pairs;
     for (const LinkDescription& link : SelfLinks(table)) {
@@ -178,16 +180,16 @@ QString CopyBackText(const orbDuckDB_DescTable& table, const QString& target, co
     return QLatin1String("\n\nINSERT INTO ") + target + u'(' + columns.into.join(QLatin1String(", "))
            + QLatin1String(")\n\tWITH RECURSIVE \"__orb_rows\" AS MATERIALIZED (SELECT row_number() OVER () AS "
                            "\"__orb_row\", * FROM ")
-           + copy + QLatin1String("),\n\t\"__orb_pairs\"(\"child\", \"parent\") AS MATERIALIZED (")
+           + copy + QLatin1String("),\n\t\"__orb_pairs\"(\"__orb_child\", \"__orb_parent\") AS MATERIALIZED (")
            + pairs.join(QLatin1String(" UNION "))
            + QLatin1String(
-               "),\n\t\"__orb_steps\"(\"row\", \"level\") AS (SELECT \"__orb_row\", 0 FROM \"__orb_rows\" ANTI JOIN "
-               "\"__orb_pairs\" ON \"child\" = \"__orb_row\" UNION SELECT \"child\", \"level\" + 1 FROM \"__orb_steps\" "
-               "JOIN \"__orb_pairs\" ON \"parent\" = \"row\"),\n\t\"__orb_levels\" AS MATERIALIZED (SELECT "
-               "coalesce(max(\"level\"), 0) AS \"__orb_level\", r.* FROM \"__orb_rows\" r LEFT JOIN \"__orb_steps\" ON \"row\" = "
+               "),\n\t\"__orb_steps\"(\"__orb_step\", \"__orb_depth\") AS (SELECT \"__orb_row\", 0 FROM \"__orb_rows\" ANTI JOIN "
+               "\"__orb_pairs\" ON \"__orb_child\" = \"__orb_row\" UNION SELECT \"__orb_child\", \"__orb_depth\" + 1 FROM \"__orb_steps\" "
+               "JOIN \"__orb_pairs\" ON \"__orb_parent\" = \"__orb_step\"),\n\t\"__orb_levels\" AS MATERIALIZED (SELECT "
+               "coalesce(max(\"__orb_depth\"), 0) AS \"__orb_level\", r.* FROM \"__orb_rows\" r LEFT JOIN \"__orb_steps\" ON \"__orb_step\" = "
                "\"__orb_row\" GROUP BY ALL),\n\t\"__orb_rounds\" AS (SELECT * FROM \"__orb_levels\" WHERE \"__orb_level\" = 0 UNION "
-               "ALL SELECT l.* FROM (SELECT max(\"__orb_level\") + 1 AS \"next\" FROM \"__orb_rounds\") JOIN "
-               "\"__orb_levels\" l ON \"__orb_level\" = \"next\")\n\tSELECT ")
+               "ALL SELECT l.* FROM (SELECT max(\"__orb_level\") + 1 AS \"__orb_next\" FROM \"__orb_rounds\") JOIN "
+               "\"__orb_levels\" l ON \"__orb_level\" = \"__orb_next\")\n\tSELECT ")
            + columns.from.join(QLatin1String(", ")) + QLatin1String(" FROM \"__orb_rounds\";\n");
 }
 

@@ -4,7 +4,7 @@
 
 #include "catalog/makers.h"
 #include "dump/dump_order.h"
-#include "dump/macro_text.h"
+#include "model/macro_text.h"
 #include "dump/task_make_dump.h"
 #include "hf/task_load_dump.h"
 

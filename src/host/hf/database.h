@@ -14,6 +14,8 @@ class HF_EXPORT I_LDatabase : public I_LSchema
 {
 public:
     virtual QString get_Path() const = 0;
+    /// The catalogue in which the engine looks names up. May run a query.
+    virtual QString get_CatalogName() const { return get_Name(); }
     virtual bool get_IsLocal() const = 0;
     virtual LLazy<bool, true> get_IsReadOnly() const = 0;
     virtual LLazy<bool, true> Open() = 0;

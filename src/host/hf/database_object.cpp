@@ -25,6 +25,25 @@ bool IsEstimate(const LProperty& property)
     return property.id == PROP_RECORD_COUNT && property.value.ToString().startsWith(QLatin1Char('~'));
 }
 
+/// The catalogue that has to stand in front of a table's schema, where the engine would find a temporary
+/// object of its name otherwise or take the schema for a catalogue; empty where two names will do.
+QString CatalogBefore(const LDatabaseObject_Impl& object, const QString& schema)
+{
+    const rc::Ptr<I_LDatabase> database = object.get_Database();
+    if (!database)
+        return QString();
+    const auto isSchema = [&](const QString& name) { return schema.compare(name, Qt::CaseInsensitive) == 0; };
+    bool hidden = false;
+    if (const auto parent = rc::cast<LDatabaseObject_Impl>(object.get_ParentObject()); parent && isSchema(QStringLiteral("main")))
+        for (const int type : {TYPE_TABLE, TYPE_VIEW})
+            if (const rc::Ptr<LSchemaItemList> list = parent->get_ChildList(type))
+                hidden = hidden || list->HasTemporary(object.get_Name());
+    if (!hidden && !isSchema(database->get_Name()) && !isSchema(QStringLiteral("memory")))
+        return QString();
+    const QString catalog = database->get_CatalogName();
+    return hidden || isSchema(catalog) ? catalog : QString();
+}
+
 /// One element of a settings key.
 QString KeyElement(const QString& text)
 {
@@ -100,7 +119,10 @@ QString LDatabaseObject_Impl::get_NameForQuery(bool qualified) const
         else if (const auto object = rc::cast<LDatabaseObject_Impl>(parent); object && object->GetBool(PROP_TEMPORARY))
             return name;
     }
-    return schema.isEmpty() ? name : quote(schema) + QLatin1Char('.') + name;
+    if (schema.isEmpty())
+        return name;
+    const QString catalog = type == TYPE_TABLE || type == TYPE_VIEW ? CatalogBefore(*this, schema) : QString();
+    return (catalog.isEmpty() ? QString() : quote(catalog) + QLatin1Char('.')) + quote(schema) + QLatin1Char('.') + name;
 }
 
 rc::Ptr<I_LDatabase> LDatabaseObject_Impl::get_Database() const

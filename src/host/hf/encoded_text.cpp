@@ -6,6 +6,8 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 
 namespace HF {
 
@@ -69,6 +71,15 @@ qint64 CountLines(QStringView text)
     return std::count(text.begin(), text.end(), QChar(u'\n'));
 }
 
+/// Keeps a U+FEFF at the beginning: a piece of a text has no mark of byte order.
+QString PieceFromUtf8(const char* bytes, qsizetype size)
+{
+    QString text = QString::fromUtf8(bytes, size);
+    if (QByteArrayView(bytes, size).startsWith("\xEF\xBB\xBF"))
+        text.prepend(QChar(0xFEFF));
+    return text;
+}
+
 } // namespace
 
 LEncodedWriter::LEncodedWriter(std::unique_ptr<QIODevice> device, const QString& encoding)
@@ -100,7 +111,7 @@ void LEncodedWriter::Write(QStringView text)
 void LEncodedWriter::WriteUtf8(std::string_view text)
 {
     if (m_encoder)
-        Write(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        Write(PieceFromUtf8(text.data(), static_cast<qsizetype>(text.size())));
     else
         Append(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -135,7 +146,21 @@ std::function<bool(char32_t)> LEncodedWriter::get_CanWrite() const
 {
     if (m_isUnicode)
         return {};
-    return [codec = m_codec](char32_t code) { return codec->canEncode(QString::fromUcs4(&code, 1)); };
+    // A codec takes some characters that it gives back as others; a mark of byte order it drops.
+    enum : char { Unknown, Writes, WritesNot };
+    auto known = std::make_shared<std::array<std::atomic<char>, 0x10000>>();
+    return [codec = m_codec, known](char32_t code) {
+        const auto comesBack = [&] {
+            const QString text = QString::fromUcs4(&code, 1);
+            return code != 0xFEFF && codec->canEncode(text) && codec->toUnicode(codec->fromUnicode(text)) == text;
+        };
+        if (code >= known->size())
+            return comesBack();
+        std::atomic<char>& answer = (*known)[code];
+        if (answer.load(std::memory_order_relaxed) == Unknown)
+            answer.store(comesBack() ? Writes : WritesNot, std::memory_order_relaxed);
+        return answer.load(std::memory_order_relaxed) == Writes;
+    };
 }
 
 LEncodedReader::LEncodedReader(std::unique_ptr<QIODevice> device, const QString& encoding)
@@ -234,7 +259,7 @@ QString LEncodedReader::DecodeUtf8(bool last)
             whole = size - back;
         break;
     }
-    const QString text = QString::fromUtf8(m_bytes.constData(), whole);
+    const QString text = PieceFromUtf8(m_bytes.constData(), whole);
     if (text.contains(QChar::ReplacementCharacter)) {
         qint64 line = m_line;
         for (qsizetype i = 0; i < whole;) {

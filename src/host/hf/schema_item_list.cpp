@@ -229,6 +229,7 @@ RcList<I_LSchemaObject> LSchemaItemList::Take(RcList<I_LSchemaObject> items, QSt
         m_keys.swap(keys);
         m_built = true;
         m_namesFilled = false;
+        m_temporaryNames.reset();
     }
     // Below an object that left the tree nothing ends the circle of strong ties.
     // Detach marks the owner first and empties the lists then, so one of the two sees the other.
@@ -344,6 +345,18 @@ rc::Ptr<I_LSchemaObject> LSchemaItemList::get_ChildItem(const QString& name) con
     return m_items.at(*found);
 }
 
+bool LSchemaItemList::HasTemporary(const QString& name) const
+{
+    std::lock_guard guard(m_itemsMutex);
+    if (!m_temporaryNames) {
+        m_temporaryNames.emplace();
+        for (const rc::Ref<I_LSchemaObject>& item : m_items)
+            if (item->GetBool(PROP_TEMPORARY))
+                m_temporaryNames->insert(item->get_Name().toLower());
+    }
+    return !m_temporaryNames->isEmpty() && m_temporaryNames->contains(name.toLower());
+}
+
 QStringList LSchemaItemList::get_Names() const
 {
     QStringList names;
@@ -357,6 +370,7 @@ void LSchemaItemList::ForgetNames()
 {
     std::lock_guard guard(m_itemsMutex);
     m_namesFilled = false;
+    m_temporaryNames.reset();
 }
 
 QList<QString> LSchemaItemList::get_FilteredNames() const
@@ -403,6 +417,7 @@ void LSchemaItemList::AddChildBack(const rc::Ref<LTreeItem>& child)
             m_keys.append(item->get_Name());
         m_items.append(rc::Ref(item));
         m_namesFilled = false;
+        m_temporaryNames.reset();
     }
     Announce();
 }
@@ -421,6 +436,7 @@ void LSchemaItemList::DeleteChild(const rc::Ref<LTreeItem>& child)
         if (index < m_keys.size())
             m_keys.removeAt(index);
         m_namesFilled = false;
+        m_temporaryNames.reset();
     }
     if (OwnsItems()) {
         const rc::Ptr<LTreeItem> parent = held->get_ParentObject();
@@ -440,6 +456,7 @@ void LSchemaItemList::Clear()
         m_keys.clear();
         m_byName.clear();
         m_namesFilled = false;
+        m_temporaryNames.reset();
         m_built = false;
     }
     LetGo(items);

@@ -4,6 +4,7 @@
 #include "hf/schema_object.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <atomic>
 #include <thread>
@@ -67,6 +68,8 @@ public:
     /// Items there are now, without a query.
     RcList<I_LSchemaObject> get_ItemsNow() const;
     int get_Count() const;
+    /// True when one of the items there are now is temporary and has the name, in any case.
+    bool HasTemporary(const QString& name) const;
     /// The items; builds the list when forced.
     LLazy<RcList<I_LSchemaObject>, false> get_Items() const;
     /// By name, as the engine compares names; null when there is none. Builds.
@@ -126,6 +129,7 @@ private:
     /// Key of an item -> first index. Keys are the values of the name column and
     /// the items' own names, as lower case where the engine ignores case.
     mutable QHash<QString, int> m_byName;
+    mutable std::optional<QSet<QString>> m_temporaryNames; ///< in lower case; nothing when not gathered
     QStringList m_keys; ///< by item, where the name column differs from the names
     mutable bool m_namesFilled = false;
     mutable bool m_caseTwins = false; ///< names that differ by case alone

@@ -75,7 +75,7 @@ QString LTask_DumpTablesToSQL::QualifiedTable(const rc::Ref<I_LTable>& table, co
 LRowsQuery LTask_DumpTablesToSQL::MakeRowsQuery(const rc::Ref<I_LTable>& table, const QList<QString>& fields)
 {
     return {QLatin1String("SELECT ") + JoinIdentifiers(fields, rc::Ptr<const LTreeItem>(table))
-                + QLatin1String(" FROM ") + QualifiedTable(table, table->get_Name()),
+                + QLatin1String(" FROM ") + table->get_NameForQuery(true),
             false};
 }
 
@@ -187,7 +187,7 @@ void LTask_DumpTablesToSQL::DumpTableRecords(const rc::Ref<I_LTable>& table, con
     long total = -1;
     if (progress) {
         const LiteralRows count =
-            OpenRows(QLatin1String("SELECT count(*) FROM ") + QualifiedTable(table, table->get_Name()), {});
+            OpenRows(QLatin1String("SELECT count(*) FROM ") + table->get_NameForQuery(true), {});
         std::string text;
         if (count->NextChunk() && count->get_RowCount())
             count->AppendCells(text, 0, 0, 1);

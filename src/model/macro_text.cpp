@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "dump/macro_text.h"
+#include "model/macro_text.h"
 
 #include "model/text_helpers.h"
 
