@@ -13,6 +13,32 @@ using HF::I_LSqlValue;
 
 namespace {
 
+/// A type that keeps what the engine would round off when it casts the text: 1.6 is no row's INTEGER.
+/// Empty for texts that it takes as they are.
+QString WiderType(const QString& type, const QString& text)
+{
+    static const QRegularExpression whole(QStringLiteral(R"(^\s*[+-]?\d+\s*$)"));
+    static const QRegularExpression decimal(QStringLiteral(R"(^\s*[+-]?\d*\.?(\d*)\s*$)"));
+    static const QRegularExpression fine(QStringLiteral(R"(\.\d{7})"));
+    static const QRegularExpression declared(QStringLiteral(R"(^DECIMAL\((\d+),\s*(\d+)\)$)"));
+    if (const auto parts = declared.match(type); parts.hasMatch()) {
+        const int width = parts.captured(1).toInt(), scale = parts.captured(2).toInt();
+        const auto digits = decimal.match(text);
+        if (width - scale >= 38 || (digits.hasMatch() && digits.captured(1).size() <= scale))
+            return QString();
+        return QStringLiteral("DECIMAL(38,%1)").arg(38 - (width - scale));
+    }
+    if (type == QLatin1String("DATE"))
+        return text.contains(u':') ? QStringLiteral("TIMESTAMP") : QString();
+    if (type == QLatin1String("TIMESTAMP_S") || type == QLatin1String("TIMESTAMP_MS"))
+        return QStringLiteral("TIMESTAMP");
+    if (type == QLatin1String("TIMESTAMP"))
+        return text.contains(fine) ? QStringLiteral("TIMESTAMP_NS") : QString();
+    return type.endsWith(QLatin1String("INT")) || type == QLatin1String("INTEGER") || type == QLatin1String("UINTEGER")
+               ? (whole.match(text).hasMatch() ? QString() : QStringLiteral("DECIMAL(38,10)"))
+               : QString();
+}
+
 /// Types whose text gives the very value back, so that the text is cast and an
 /// index or the ranges of the blocks can be used. The others are compared as the
 /// text that the grid shows.
@@ -167,8 +193,13 @@ QString orbDuckDB_TableCursor::ComparedBind(const QString& name, const I_LSqlVal
         return quoted + QLatin1String(" = ") + placeholder;
     // The engine's text of an old time leaves the seconds of its zone out: it tells
     // the row, and does not give the time back.
-    if (IsCastable(type) && type != QLatin1String("TIMESTAMP WITH TIME ZONE"))
-        return QStringLiteral("%1 = CAST(%2 AS %3)").arg(quoted, placeholder, type);
+    if (IsCastable(type) && type != QLatin1String("TIMESTAMP WITH TIME ZONE")) {
+        const QString equal = QStringLiteral("%1 = CAST(%2 AS %3)").arg(quoted, placeholder, type);
+        const QString wider = WiderType(type, value.get_String());
+        return wider.isEmpty() ? equal
+                               : equal + QStringLiteral(" AND coalesce(TRY_CAST(%1 AS %2) = CAST(%1 AS %3), true)")
+                                             .arg(placeholder, wider, type);
+    }
     return QStringLiteral("CAST(%1 AS VARCHAR) = %2").arg(quoted, placeholder);
 }
 

@@ -4,6 +4,7 @@
 #include "catalog/function.h"
 #include "hf/engine.h"
 #include "hf/model_object.h"
+#include "model/macro_text.h"
 #include "model/scoped_value.h"
 #include "model/script_with_name.h"
 #include "model/text_helpers.h"
@@ -106,13 +107,30 @@ QString orbDuckDB_ModelFunction::CheckProperty(const rc::Ref<const HF::I_LSchema
     return QString();
 }
 
+QList<HF::LQueryNode> orbDuckDB_ModelFunction::GetChangeNodes(const rc::Ref<const HF::I_LModelObject>& object) const
+{
+    QList<HF::LQueryNode> nodes = LDatabaseModelFunction::GetChangeNodes(object);
+    const rc::Ptr<HF::I_LDatabase> database = object->get_Database();
+    if (!database || object->IsMarkedDropped() || object->Evaluate(HF::EVAL_JUST_CREATED).ToBool()
+        || !object->IsPropertyChanged(PROP_NAME) || object->IsPropertyChanged(PROP_DEFINITION))
+        return nodes;
+    // The definition knows one form, and no defaults of parameters; under its new name the macro keeps all.
+    const QString text = ReadMacroText(rc::Ref(database), object->GetString(PROP_SCHEMA_NAME), object->get_Name(),
+                                       object->GetString(PROP_FUNCTION_TYPE) == u"table_macro", object->GetString(PROP_NAME));
+    for (HF::LQueryNode& node : nodes)
+        for (HF::LQueryNode& child : node.children)
+            if (!text.isEmpty() && node.property == PROP_NAME && child.kind == HF::KIND_CREATE)
+                child.sql = text;
+    return nodes;
+}
+
 QStringList orbDuckDB_ModelFunction::GetChangeWarnings(const rc::Ref<const HF::I_LModelObject>& object) const
 {
     const auto* const function = dynamic_cast<const HF::LModelObject*>(object.get());
     if (!function || function->IsJustCreated() || !function->get_ParentModel())
         return {};
-    const bool goes = function->IsMarkedDropped() || function->IsPropertyChanged(PROP_NAME)
-                      || function->IsPropertyChanged(PROP_DEFINITION);
+    const bool goes = function->IsMarkedDropped() || function->IsPropertyChanged(PROP_DEFINITION)
+                      || (function->IsPropertyChanged(PROP_NAME) && function->GetBool(PROP_TEMPORARY));
     int overloads = 0;
     for (const rc::Ref<HF::LModelObject>& other : function->get_ParentModel()->get_Models(HF::TYPE_FUNCTION))
         if (other->get_Name() == function->get_Name()

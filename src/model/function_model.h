@@ -14,5 +14,6 @@ public:
                                         int property, const HF::LVariant& value) const override;
     bool IsSqlProperty(int property) const override { return property == PROP_DEFINITION; }
     bool IsRecreatingProperty(const rc::Ref<const HF::I_LSchemaObject>& object, int property) const override;
+    QList<HF::LQueryNode> GetChangeNodes(const rc::Ref<const HF::I_LModelObject>& object) const override;
     QStringList GetChangeWarnings(const rc::Ref<const HF::I_LModelObject>& object) const override;
 };

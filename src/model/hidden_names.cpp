@@ -20,6 +20,7 @@ const char* TemporariesOf(int type)
     case HF::TYPE_VIEW:
         return "SELECT table_name FROM duckdb_tables() WHERE database_name = 'temp' UNION ALL "
                "SELECT view_name FROM duckdb_views() WHERE database_name = 'temp' AND NOT internal";
+    case HF::TYPE_INDEX: return "SELECT index_name FROM duckdb_indexes() WHERE database_name = 'temp'";
     case HF::TYPE_SEQUENCE: return "SELECT sequence_name FROM duckdb_sequences() WHERE database_name = 'temp'";
     default: return "SELECT function_name FROM duckdb_functions() WHERE database_name = 'temp' AND NOT internal";
     }
@@ -69,6 +70,21 @@ QStringList HiddenNameProblems(const HF::LModelObject& root)
     for (const Model& schema : root.get_ModelsNow(HF::TYPE_SCHEMA)) {
         if (schema->get_Name() != QLatin1String("main"))
             continue;
+        const auto add = [&](const QString& name) {
+            const QString text =
+                QObject::tr("A temporary object hides \"%1\" of main from the engine; rename or drop that one first.").arg(name);
+            if (!problems.contains(text))
+                problems.append(text);
+        };
+        // An alteration takes the indexes of its table down.
+        const QSet<QString> indexes =
+            schema->HasChanges() ? NamesOf(rc::Ref(database), TemporariesOf(HF::TYPE_INDEX)) : QSet<QString>();
+        if (!indexes.isEmpty())
+            for (const Model& table : schema->get_ModelsNow(HF::TYPE_TABLE))
+                if (table->HasChanges() && !table->GetBool(PROP_TEMPORARY))
+                    for (const Model& index : table->get_Models(HF::TYPE_INDEX))
+                        if (indexes.contains(index->get_Name().toLower()))
+                            add(index->get_Name());
         for (const int type : {HF::TYPE_TABLE, HF::TYPE_VIEW, HF::TYPE_SEQUENCE, HF::TYPE_FUNCTION}) {
             const QSet<QString> touched = type == HF::TYPE_TABLE ? TouchedTables(*schema) : QSet<QString>();
             std::optional<QSet<QString>> hiding;
@@ -78,15 +94,9 @@ QStringList HiddenNameProblems(const HF::LModelObject& root)
                     continue;
                 if (!hiding)
                     hiding = NamesOf(rc::Ref(database), TemporariesOf(type));
-                for (const QString& name : {object->get_Name(), object->GetString(PROP_NAME)}) {
-                    if (!hiding->contains(name.toLower()))
-                        continue;
-                    const QString text =
-                        QObject::tr("A temporary object hides \"%1\" of main from the engine; rename or drop that one first.")
-                            .arg(name);
-                    if (!problems.contains(text))
-                        problems.append(text);
-                }
+                for (const QString& name : {object->get_Name(), object->GetString(PROP_NAME)})
+                    if (hiding->contains(name.toLower()))
+                        add(name);
             }
         }
     }

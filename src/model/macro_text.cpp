@@ -161,26 +161,44 @@ bool ReadMacroDefaults(const QString& message, const QString& name, QList<QList<
     return true;
 }
 
+namespace {
+
+/// The whole text; `name` takes the place of the macro's own.
+QString WholeText(const rc::Ref<HF::I_LDatabase>& database, const QString& schema, Macro macro, const QString& name)
+{
+    // The catalogue does not tell the defaults; the message about a call that fits nothing does.
+    const QList<HF::LQueryResult> results = database->SqlQuery(CallThatFails(macro, schema), Flags, {}, HF::CURSOR_CLIENT,
+                                                               HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD);
+    QList<QList<MacroParameter>> parameters;
+    for (const Overload& overload : macro.overloads)
+        parameters.append(overload.parameters);
+    QString note;
+    if (ReadMacroDefaults(HF::GetQueryErrors(results), macro.name, parameters))
+        for (qsizetype i = 0; i < parameters.size(); ++i)
+            macro.overloads[i].parameters = parameters[i];
+    else
+        note = QStringLiteral("-- The engine did not tell the default values of the parameters.\n");
+    macro.name = name;
+    return note + MacroText(macro, schema);
+}
+
+} // namespace
+
 MacroTexts ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
 {
     MacroTexts texts;
-    for (Macro& macro : ReadMacros(database, schema)) {
-        // The catalogue does not tell the defaults; the message about a call that fits nothing does.
-        const QList<HF::LQueryResult> results =
-            database->SqlQuery(CallThatFails(macro, schema), Flags, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC,
-                               HF::CURSOR_FORWARD);
-        QList<QList<MacroParameter>> parameters;
-        for (const Overload& overload : macro.overloads)
-            parameters.append(overload.parameters);
-        QString note;
-        if (ReadMacroDefaults(HF::GetQueryErrors(results), macro.name, parameters))
-            for (qsizetype i = 0; i < parameters.size(); ++i)
-                macro.overloads[i].parameters = parameters[i];
-        else
-            note = QStringLiteral("-- The engine did not tell the default values of the parameters.\n");
-        texts.insert({macro.name.toLower(), macro.isTable}, note + MacroText(macro, schema));
-    }
+    for (const Macro& macro : ReadMacros(database, schema))
+        texts.insert({macro.name.toLower(), macro.isTable}, WholeText(database, schema, macro, macro.name));
     return texts;
+}
+
+QString ReadMacroText(const rc::Ref<HF::I_LDatabase>& database, const QString& schema, const QString& name, bool isTable,
+                      const QString& newName)
+{
+    for (const Macro& macro : ReadMacros(database, schema))
+        if (macro.name == name && macro.isTable == isTable)
+            return WholeText(database, schema, macro, newName);
+    return QString();
 }
 
 QList<TypeText> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)

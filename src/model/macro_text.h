@@ -11,6 +11,9 @@
 /// lower case and whether it is a table macro. Runs queries of its own.
 using MacroTexts = QHash<QPair<QString, bool>, QString>;
 MacroTexts ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);
+/// The text of one macro under another name; empty when the catalogue has no such macro.
+QString ReadMacroText(const rc::Ref<HF::I_LDatabase>& database, const QString& schema, const QString& name, bool isTable,
+                      const QString& newName);
 
 /// The parameters of one overload as the engine's message about arguments that
 /// do not fit lists them.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/sql_tokens.h"
 
+#include <QSet>
+
 #include <vector>
 
 namespace {
@@ -11,6 +13,7 @@ struct Token
     qsizetype end;
     bool name = false; ///< a word or a name in quotes
     QString text;      ///< of a name without its quotes, of anything else as it stands
+    bool quoted = false;
 };
 
 bool IsNameStart(QChar c)
@@ -34,7 +37,7 @@ std::vector<Token> Split(const QString& text)
                 end += text[end] == c ? 2 : 1;
             const QStringView inner = QStringView(text).mid(at + 1, end - at - 1);
             end = std::min(end + 1, text.size());
-            token.name = c == u'"';
+            token.name = token.quoted = c == u'"';
             token.text = token.name ? inner.toString().replace(QString(2, c), QString(c)) : text.mid(at, end - at);
         } else if (IsNameStart(c)) {
             while (end < text.size() && (IsNameStart(text[end]) || text[end].isDigit() || text[end] == u'$'))
@@ -54,13 +57,55 @@ std::vector<Token> Split(const QString& text)
     return tokens;
 }
 
+/// Words that name a column only between quotes.
+bool IsReserved(const Token& token)
+{
+    static const QSet<QString> words = [] {
+        const QString all = QStringLiteral(
+            "all analyse analyze and any array as asc asymmetric both case cast check collate column constraint create "
+            "default deferrable desc describe distinct do else end except false fetch for foreign from glob group having "
+            "ilike in initially intersect into is isnull lambda lateral leading like limit not notnull null offset on only "
+            "or order pivot placing primary qualify references returning select show similar some summarize symmetric "
+            "table then to trailing true union unique unpivot using variadic when where window with");
+        const QStringList list = all.split(u' ');
+        return QSet<QString>(list.begin(), list.end());
+    }();
+    return token.name && !token.quoted && words.contains(token.text.toLower());
+}
+
+bool IsWord(const Token& token, QLatin1String word)
+{
+    return token.name && !token.quoted && token.text.compare(word, Qt::CaseInsensitive) == 0;
+}
+
+/// Behind the type that begins at a token: its brackets, and what a time zone takes.
+std::size_t BehindType(const std::vector<Token>& tokens, std::size_t i)
+{
+    int depth = 0;
+    for (bool first = true; i < tokens.size(); ++i, first = false) {
+        const Token& token = tokens[i];
+        if (!token.name && (token.text == u"(" || token.text == u"[")) {
+            ++depth;
+        } else if (!token.name && (token.text == u")" || token.text == u"]")) {
+            if (--depth < 0)
+                return i;
+        } else if (depth == 0 && !first
+                   && !(token.name && (IsWord(token, QLatin1String("WITH")) || IsWord(token, QLatin1String("TIME"))
+                                       || IsWord(token, QLatin1String("ZONE")) || IsWord(token, QLatin1String("PRECISION")))
+                        && tokens[i - 1].name)
+                   && !(token.text == u"." || tokens[i - 1].text == u".")) {
+            return i;
+        }
+    }
+    return i;
+}
+
 /// Whether the token stands where a column can stand.
 bool MayBeColumn(const std::vector<Token>& tokens, std::size_t i)
 {
-    if (!tokens[i].name)
+    if (!tokens[i].name || IsReserved(tokens[i]))
         return false;
-    if (i > 0 && !tokens[i].text.isEmpty()
-        && (tokens[i - 1].text == u"." || tokens[i - 1].text.compare(u"AS", Qt::CaseInsensitive) == 0))
+    if (i > 0 && (tokens[i - 1].text == u"." || IsWord(tokens[i - 1], QLatin1String("COLLATE"))))
         return false;
     if (i + 1 == tokens.size())
         return true;
@@ -81,7 +126,7 @@ namespace SqlTokens {
 bool Mentions(const QString& expression, const QString& column)
 {
     for (const Token& token : Split(expression))
-        if (token.name && token.text.compare(column, Qt::CaseInsensitive) == 0)
+        if (token.name && !IsReserved(token) && token.text.compare(column, Qt::CaseInsensitive) == 0)
             return true;
     return false;
 }
@@ -94,6 +139,12 @@ QString Rename(const QString& expression, const QHash<QString, QString>& names)
     QString result;
     qsizetype done = 0;
     for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const bool isCast = IsWord(tokens[i], QLatin1String("AS"))
+                            || (tokens[i].text == u":" && i > 0 && tokens[i - 1].text == u":" && !tokens[i].name);
+        if (isCast) { // the fields of a type have names of their own
+            i = BehindType(tokens, i + 1) - 1;
+            continue;
+        }
         const auto renamed = MayBeColumn(tokens, i) ? names.constFind(tokens[i].text.toLower()) : names.constEnd();
         if (renamed == names.constEnd())
             continue;

@@ -297,6 +297,16 @@ TEST(SqlTokensTest, RenamesColumnsAndNothingElse)
                              {"'a' || a", "'a' || \"x y\""}, {"CAST(a AS DATE)", "CAST(\"x y\" AS DATE)"}, {"s.a + a", "s.a + \"x y\""},
                              {"struct_pack(a := a)", "struct_pack(a := \"x y\")"}, {"'it''s a' || \"a\"\"a\"", "'it''s a' || \"a\"\"a\""}})
         EXPECT_EQ(SqlTokens::Rename(pair.before, names).toStdString(), pair.after);
+    // Words of the language, types and collations are no columns, unless quotes say so.
+    const QHash<QString, QString> words{{"a", "z"}, {"end", "z"}, {"and", "z"}, {"is", "z"}, {"time", "z"}, {"nocase", "z"}};
+    for (const Pair& pair :
+         {Pair{"CAST(s AS STRUCT(a INTEGER, b VARCHAR)) = a", "CAST(s AS STRUCT(a INTEGER, b VARCHAR)) = \"z\""},
+          {"CASE WHEN a IS NULL THEN \"end\" ELSE 1 END", "CASE WHEN \"z\" IS NULL THEN \"z\" ELSE 1 END"},
+          {"a BETWEEN 1 AND 5", "\"z\" BETWEEN 1 AND 5"}, {"v COLLATE nocase = a", "v COLLATE nocase = \"z\""},
+          {"CAST(a AS TIMESTAMP WITH TIME ZONE)", "CAST(\"z\" AS TIMESTAMP WITH TIME ZONE)"},
+          {"s::STRUCT(a INTEGER)[] || a", "s::STRUCT(a INTEGER)[] || \"z\""}, {"a::DECIMAL(3, 1) + a", "\"z\"::DECIMAL(3, 1) + \"z\""},
+          {"CAST(a AS s.e) > a", "CAST(\"z\" AS s.e) > \"z\""}})
+        EXPECT_EQ(SqlTokens::Rename(pair.before, words).toStdString(), pair.after);
     for (const Pair& pair : {Pair{"CAST((a * 2) AS INTEGER)", "(a * 2)"}, {"CAST(CAST(a AS DATE) AS VARCHAR)", "CAST(a AS DATE)"},
                              {"CAST(a AS INTEGER) + 1", "CAST(a AS INTEGER) + 1"}, {"(CAST(a AS INTEGER))", "(CAST(a AS INTEGER))"},
                              {"CAST((a || ' AS ') AS \"DATE\")", "(a || ' AS ')"}, {"lower(a)", "lower(a)"}})

@@ -121,6 +121,10 @@ QString LDesign::Change(const rc::Ref<LModelObject>& object, int property, const
         return problem;
     if (property == PROP_NAME && value.ToString().isEmpty())
         return QObject::tr("The name cannot be empty!");
+    const QList<LProperty> known = object->get_Properties();
+    const auto declared = std::find_if(known.begin(), known.end(), [&](const LProperty& each) { return each.id == property; });
+    if (declared == known.end())
+        return QObject::tr("There is no property %1 here.").arg(property);
     const bool isField = object->get_ObjectType() == TYPE_FIELD || object->get_ObjectType() == TYPE_METHOD;
     if (isField && (property == PROP_UNIQUE || property == PROP_INDEXED) && object->get_ParentModel())
         return ChangeFlag(object, property, value.ToBool());
