@@ -46,10 +46,8 @@ void Prepare(HF::LDatabaseObject_Impl& object, const Extent& extent)
 {
     if (!extent.computed)
         return;
-    for (const int property : Computed(object.get_ObjectType())) {
-        const bool isEstimate = property == PROP_RECORD_COUNT && object.GetString(property).startsWith(u'~');
-        (isEstimate ? object.UpdatePropertyImpl(property) : object.UpdatePropertyIfNeed(property)).Force();
-    }
+    for (const int property : Computed(object.get_ObjectType()))
+        object.UpdatePropertyIfNeed(property).Force();
 }
 
 /// Below a system schema there is nothing of the user's; it is shown closed.

@@ -822,6 +822,14 @@
         <source>memory %1</source>
         <translation>Arbeitsspeicher %1</translation>
     </message>
+    <message>
+        <source>A query on &quot;%1&quot; is still running. Stop it and close?</source>
+        <translation>Eine Abfrage auf „%1“ läuft noch. Anhalten und schließen?</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has changes that are not saved. Close it all the same?</source>
+        <translation>„%1“ hat Änderungen, die nicht gespeichert sind. Trotzdem schließen?</translation>
+    </message>
 </context>
 <context>
     <name>PreferencesDialog</name>
@@ -2791,6 +2799,26 @@ Skript nicht abfing, oder was es exit() gab.</translation>
     <message>
         <source>%1 is not UTF-8 text</source>
         <translation>%1 ist kein UTF-8-Text</translation>
+    </message>
+    <message>
+        <source>Table: %1
+Type: %2
+Text: %3</source>
+        <translation>Tabelle: %1
+Typ: %2
+Text: %3</translation>
+    </message>
+    <message>
+        <source>There is no property %1 here.</source>
+        <translation>Die Eigenschaft %1 gibt es hier nicht.</translation>
+    </message>
+    <message>
+        <source>No column of &quot;%1&quot; stays: its rows may be lost: %2</source>
+        <translation>Keine Spalte von „%1“ bleibt; ihre Zeilen können verloren gehen: %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not UTF-8 text, which the column &quot;%2&quot; wants</source>
+        <translation>„%1“ ist kein UTF-8-Text, den die Spalte „%2“ verlangt</translation>
     </message>
 </context>
 <context>

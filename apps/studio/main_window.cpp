@@ -442,6 +442,32 @@ void MainWindow::OpenEditor(const QString& action, const rc::Ref<HF::LTreeItem>&
     }
 }
 
+bool MainWindow::MayCloseDatabase(const rc::Ref<HF::I_LDatabase>& database)
+{
+    bool isRunning = false, hasEdits = false;
+    for (int i = 0; i < m_tabs->count(); ++i) {
+        if (const auto* sql = qobject_cast<SqlEditorTab*>(m_tabs->widget(i)); sql && sql->get_Database().get() == database.get()) {
+            isRunning = isRunning || sql->get_Runner()->IsRunning();
+            hasEdits = hasEdits || (sql->get_Editor()->isModified() && !sql->get_FilePath().isEmpty());
+        } else if (const auto* rows = qobject_cast<DataTab*>(m_tabs->widget(i));
+                   rows && rows->get_Database().get() == database.get()) {
+            hasEdits = hasEdits || rows->HasPendingEdits();
+        } else if (auto* design = qobject_cast<DesignTab*>(m_tabs->widget(i));
+                   design && design->get_Session()->get_Database().get() == database.get() && !design->MayClose()) {
+            return false;
+        }
+    }
+    const QString name = database->get_Name();
+    if (isRunning
+        && QMessageBox::question(this, tr("Close"), tr("A query on \"%1\" is still running. Stop it and close?").arg(name))
+               != QMessageBox::Yes)
+        return false;
+    return !hasEdits
+           || QMessageBox::question(this, tr("Close"),
+                                    tr("\"%1\" has changes that are not saved. Close it all the same?").arg(name))
+                  == QMessageBox::Yes;
+}
+
 void MainWindow::DropDatabase(const rc::Ref<HF::I_LDatabase>& database)
 {
     const auto close = [this](int index, QWidget* tab) {

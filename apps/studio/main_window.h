@@ -67,6 +67,7 @@ public:
     void StartExportCsv(const rc::Ref<HF::LTreeItem>& object) override;
     void StartImportCsv(const rc::Ref<HF::LTreeItem>& object) override;
     void OpenEditor(const QString& action, const rc::Ref<HF::LTreeItem>& object) override;
+    bool MayCloseDatabase(const rc::Ref<HF::I_LDatabase>& database) override;
     void DropDatabase(const rc::Ref<HF::I_LDatabase>& database) override;
 
     // HF::LTree

@@ -72,8 +72,16 @@ PropertySheet::PropertySheet(QWidget* parent) : QTreeWidget(parent), m_watcher(r
     header()->setStretchLastSection(true);
     connect(this, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item) {
         const int property = item->data(0, NumberRole).toInt();
-        if (m_object && property > 0)
-            m_object->ShowPropertyEditor(property, QCursor::pos(), true);
+        if (!m_object || property <= 0)
+            return;
+        // The sheet shows texts and sets what belongs to the session; all else changes in the structure editor.
+        const rc::Ref<HF::LDatabaseObject_Impl> object(m_object);
+        const bool isDatabase = object->get_ObjectType() == HF::TYPE_DATABASE;
+        if (!isDatabase && property != PROP_SQL_TEXT)
+            return;
+        const HF::LVariant value = object->ShowPropertyEditor(property, QCursor::pos(), true);
+        if (isDatabase && !value.IsEmpty())
+            object->ProcessProperty(property, value).Force();
     });
 }
 

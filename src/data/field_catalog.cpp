@@ -18,6 +18,7 @@
 #include <QCoreApplication>
 #include <QMenu>
 #include <QObject>
+#include <QRegularExpression>
 
 namespace {
 
@@ -238,6 +239,10 @@ BoolLazy orbDuckDB_FieldBase::UpdatePropertyImpl(int id)
     const rc::Ptr<HF::I_LConnection> connection = get_Connection();
     const HF::LDatabaseEngine& engine = *get_DatabaseEngine();
     const auto asInIndex = [&](const QString& name) {
+        // The engine quotes more in its own texts than a statement needs: letters beyond ASCII, a "$".
+        static const QRegularExpression plain(QStringLiteral("^[A-Za-z_][A-Za-z0-9_]*$"));
+        if (!plain.match(name).hasMatch())
+            return u'"' + QString(name).replace(u'"', QLatin1String("\"\"")) + u'"';
         return engine.IsNeedQuote(name, connection).Force() ? engine.QuoteName(name, connection) : name;
     };
     rc::Ptr<HF::LTreeItem> schema = table->get_ParentObject();

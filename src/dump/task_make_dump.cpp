@@ -422,12 +422,18 @@ void orbDuckDB_TaskMakeDump::WriteObjects()
     }
 }
 
+/// The columns of views do not know their comments in the tree.
 void orbDuckDB_TaskMakeDump::WriteColumnComments(const orbDuckDB_DumpObject& view)
 {
-    for (const rc::Ref<HF::I_LSchemaObject>& field : view.object->get_ChildObjects(HF::TYPE_FIELD).Force())
-        if (const QString comment = field->GetString(PROP_COMMENT); !comment.isEmpty())
-            Write(CommentStatement(QStringLiteral("COLUMN"),
-                                   QualifiedName(view.schema, view.name) + u'.' + QuoteIdent(field->get_Name()), comment));
+    const rc::Ptr<HF::I_LCursor> cursor = m_source->SqlSelect(
+        QStringLiteral("SELECT column_name, comment FROM duckdb_columns() WHERE database_name = current_catalog() AND "
+                       "schema_name = %1 AND table_name = %2 AND comment IS NOT NULL ORDER BY column_index")
+            .arg(QuoteStringLiteral(view.schema), QuoteStringLiteral(view.name)),
+        Flags, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD);
+    for (bool more = cursor && cursor->FirstRecord(); more; more = cursor->NextRecord())
+        Write(CommentStatement(QStringLiteral("COLUMN"),
+                               QualifiedName(view.schema, view.name) + u'.' + QuoteIdent(cursor->get_Field(0)->get_String()),
+                               cursor->get_Field(1)->get_String()));
 }
 
 void orbDuckDB_TaskMakeDump::WriteRows()

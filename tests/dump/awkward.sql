@@ -81,3 +81,18 @@ COMMENT ON TABLE a_child IS 'children
 of two lines';
 COMMENT ON COLUMN a_child.pid IS 'parent; see "parents"';
 COMMENT ON COLUMN gen.g IS 'twice';
+COMMENT ON COLUMN b_view.id IS 'a column of a view';
+CREATE TABLE self_rows(id INTEGER PRIMARY KEY, up INTEGER REFERENCES self_rows(id), rowid INTEGER);
+INSERT INTO self_rows VALUES (1, NULL, NULL);
+INSERT INTO self_rows VALUES (2, 1, 7);
+INSERT INTO self_rows VALUES (3, 1, 7);
+INSERT INTO self_rows VALUES (4, 3, 7);
+CREATE VIEW "order" AS SELECT * FROM self_rows;
+CREATE VIEW an_order AS SELECT * FROM "order" JOIN "order" o USING (id);
+CREATE TABLE not_generated(a INTEGER, b VARCHAR DEFAULT ' a INTEGER GENERATED ALWAYS AS ( ');
+INSERT INTO not_generated VALUES (1, 'kept');
+CREATE TABLE marks AS SELECT repeat(chr(65279), 100000) AS v FROM range(3);
+CREATE SCHEMA along; CREATE SEQUENCE along.counted; SET search_path = 'along,main';
+CREATE TABLE along.with_path(j INTEGER DEFAULT nextval('counted'));
+SET search_path = '';
+CREATE VIEW a_view_of_main AS SELECT * FROM parents;

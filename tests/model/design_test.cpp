@@ -90,6 +90,8 @@ TEST_F(Designs, TablesThatReferToThemselvesKeepTheirRows)
         "CREATE TABLE t(id INTEGER PRIMARY KEY, up INTEGER REFERENCES t(id), x INTEGER)",
         "CREATE TABLE t(id INTEGER UNIQUE, up INTEGER REFERENCES t(id), x INTEGER)",
         "CREATE TABLE t(id INTEGER PRIMARY KEY, up INTEGER REFERENCES t(id), \"rowid\" INTEGER, x INTEGER, u INTEGER UNIQUE)",
+        "CREATE TABLE t(ID INTEGER PRIMARY KEY, UP INTEGER, \"level\" INTEGER, next INTEGER, \"child\" INTEGER, \"row\" INTEGER, x INTEGER, "
+        "FOREIGN KEY (up) REFERENCES t(id))",
         "CREATE TABLE p(k INTEGER PRIMARY KEY); INSERT INTO p VALUES (7), (-1); CREATE TABLE t(id INTEGER, up INTEGER, x INTEGER REFERENCES p(k), "
         "other INTEGER, PRIMARY KEY(id), FOREIGN KEY(up) REFERENCES t(id), FOREIGN KEY(other) REFERENCES t(id))",
     };
@@ -201,6 +203,37 @@ TEST_F(Designs, OtherKindsOfObject)
     EXPECT_EQ(Rows("SELECT main.g(1), (SELECT comment FROM duckdb_functions() WHERE function_name = 'g'), (SELECT b FROM \"new view\"), nextval('sq'), nextval('sq')"), "2|cf|42|10|13");
     EXPECT_EQ(Rows("SELECT comment FROM duckdb_sequences()"), "cs");
     EXPECT_EQ(Rows("SELECT count(*) FROM duckdb_functions() WHERE function_name = 'f' AND NOT internal"), "0");
+}
+
+TEST_F(Designs, ARenamedMacroKeepsItsDefaultsAndForms)
+{
+    MustRun("CREATE MACRO d(a, b := 'x', c := [1, 2]) AS b || a || c[1]; CREATE MACRO o(a) AS a, (a, b) AS a + b; "
+            "CREATE MACRO t(a := 3) AS TABLE SELECT a AS v");
+    Begin();
+    for (const char* name : {"d", "o", "t"})
+        (*design)->Change(Get(HF::TYPE_FUNCTION, name), PROP_NAME, QString::fromLatin1(name) + u'2');
+    EXPECT_EQ((*design)->get_Plan().warnings.size(), 0);
+    EXPECT_EQ(Apply(), "");
+    EXPECT_EQ(Rows("SELECT d2('q'), o2(1), o2(1, 2), (SELECT v FROM t2())"), "xq1|1|3|3");
+    EXPECT_EQ(Rows("SELECT count(*) FROM duckdb_functions() WHERE NOT internal AND function_name IN ('d', 'o', 't')"), "0");
+}
+
+TEST_F(Designs, WhatGoesElsewhereIsTold)
+{
+    MustRun("CREATE SCHEMA s; CREATE SEQUENCE s.q; CREATE TABLE elsewhere(a INTEGER DEFAULT nextval('s.q'));"
+            "CREATE TABLE lonely(a INTEGER); INSERT INTO lonely VALUES (1), (2);"
+            "CREATE TABLE wide(d DECIMAL(10,3), st STRUCT(x INTEGER, y VARCHAR))");
+    Begin();
+    (*design)->Drop(Edited((*design)->get_Root()->get_Model(HF::TYPE_SCHEMA, "s")));
+    (*design)->Drop(Get(HF::TYPE_TABLE, "lonely", HF::TYPE_FIELD, "a"));
+    (*design)->Create(Get(HF::TYPE_TABLE, "lonely"), HF::TYPE_FIELD, "b");
+    (*design)->Change(Get(HF::TYPE_TABLE, "wide", HF::TYPE_FIELD, "d"), PROP_SCALE, 0);
+    (*design)->Change(Get(HF::TYPE_TABLE, "wide", HF::TYPE_FIELD, "st"), PROP_TYPE_ARGUMENTS, "x INTEGER");
+    const QString warnings = (*design)->get_Plan().warnings.join(u'\n');
+    for (const char* said : {"drops the tables that use it, with their rows: main.elsewhere", "No column of \"lonely\" stays",
+                             "are converted to another type: d, st"})
+        EXPECT_TRUE(warnings.contains(QLatin1String(said))) << said << "\n" << warnings.toStdString();
+    EXPECT_NE((*design)->Change(Get(HF::TYPE_TABLE, "wide"), 9999, "x"), "");
 }
 
 TEST_F(Designs, FlagsOfAColumnComeAndGoWithConstraintAndIndex)

@@ -63,6 +63,11 @@ void LAppCtrl::StartImportCsv(const rc::Ref<LTreeItem>& object)
         m_ui->StartImportCsv(object);
 }
 
+bool LAppCtrl::MayCloseDatabase(const rc::Ref<I_LDatabase>& database)
+{
+    return !m_ui || m_ui->MayCloseDatabase(database);
+}
+
 void LAppCtrl::DropDatabase(const rc::Ref<I_LDatabase>& database)
 {
     if (m_ui)

@@ -27,6 +27,8 @@ public:
     virtual void StartImportCsv(const rc::Ref<LTreeItem>& object) = 0;
     /// Opens an editor of the named kind (a DO_... identifier) for the object.
     virtual void OpenEditor(const QString& action, const rc::Ref<LTreeItem>& object) = 0;
+    /// Asks the user where work would be lost or cut short by closing the database; false to stay.
+    virtual bool MayCloseDatabase(const rc::Ref<I_LDatabase>&) { return true; }
     /// Closes what is open for a database that goes.
     virtual void DropDatabase(const rc::Ref<I_LDatabase>& database) = 0;
 };
@@ -51,6 +53,7 @@ public:
     void StartDump(const rc::Ref<LTreeItem>& list);
     void StartExportCsv(const rc::Ref<LTreeItem>& object);
     void StartImportCsv(const rc::Ref<LTreeItem>& object);
+    bool MayCloseDatabase(const rc::Ref<I_LDatabase>& database);
     void DropDatabase(const rc::Ref<I_LDatabase>& database);
 
 private:

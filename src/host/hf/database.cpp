@@ -232,6 +232,8 @@ rc::Ref<LAction> LDatabase::ActionClose()
     static const rc::Ref<LAction> action =
         MakeDatabaseAction(DO_CLOSE, QObject::tr("Close"), QStringLiteral(":/icons/close.svg"), false,
                            [](const rc::Ref<I_LDatabase>& database) {
+                               if (!AppCtrlInstance().MayCloseDatabase(database))
+                                   return;
                                AppCtrlInstance().DropDatabase(database);
                                database->Close().Force();
                            });

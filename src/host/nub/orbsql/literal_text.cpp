@@ -56,6 +56,9 @@ bool IsWritable(std::string_view utf8, const CodePointTest& test)
     return true;
 }
 
+/// Parts of a text that chr() alone can write; a longer one is written as its bytes.
+constexpr int MostParts = 200;
+
 void AppendTextLiteral(std::string& out, std::string_view utf8, const CodePointTest& test, bool nested)
 {
     const char* const end = utf8.data() + utf8.size();
@@ -69,6 +72,14 @@ void AppendTextLiteral(std::string& out, std::string_view utf8, const CodePointT
     const auto join = [&] {
         if (parts++)
             out += " || ";
+        return parts <= MostParts;
+    };
+    // The engine takes expressions only so deep.
+    const auto asBytes = [&] {
+        out.resize(start);
+        out += "decode( ";
+        AppendBytesLiteral(out, reinterpret_cast<const unsigned char*>(utf8.data()), utf8.size());
+        out += " )";
     };
     const char* run = utf8.data();
     for (const char* p = run; p != end;) {
@@ -76,11 +87,10 @@ void AppendTextLiteral(std::string& out, std::string_view utf8, const CodePointT
         const char32_t code = NextCodePoint(p);
         if (code && (code < 0x80 || !test || test(code)))
             continue;
-        if (run != at) {
-            join();
+        if (run != at && join())
             AppendQuotedRun(out, run, at);
-        }
-        join();
+        if (!join())
+            return asBytes();
         out += "chr(" + std::to_string(static_cast<unsigned>(code)) + ')';
         run = p;
     }
