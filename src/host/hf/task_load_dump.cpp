@@ -12,7 +12,7 @@ namespace HF {
 
 namespace {
 
-constexpr qsizetype GroupCharacters = 1 << 20;
+constexpr qsizetype GroupCharacters = 1 << 16; ///< what the engine parses at once it also keeps at once
 constexpr qsizetype GroupStatements = 200;
 constexpr qsizetype ShownCharacters = 2000;
 constexpr int Flags = QUERY_NO_LOG | QUERY_SILENT_ERROR | QUERY_BACKGROUND;
