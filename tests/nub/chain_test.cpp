@@ -57,6 +57,32 @@ TEST(Chain, WhatEachStatementGives)
     }
 }
 
+// A long INSERT takes a way of its own, on which nothing may be different.
+TEST(Chain, LengthChangesNothing)
+{
+    for (const char* text :
+         {"INSERT INTO t VALUES (5, 'x'), (6, NULL)", "insert into t select a + 10, b from t", "INSERT INTO t VALUES (7, 'y') RETURNING a",
+          "INSERT INTO t(a) VALUES (1)", "INSERT INTO t VALUES (8, 'a'); INSERT INTO t VALUES (9, 'b')",
+          "INSERT INTO t VALUES (8, 'a;b'); -- end\rBEGIN", "INSERT INTO t VALUES (8, $$;$$)", "INSERT INTO t VALUES (8, 'q'", "INSERT INTO nosuch VALUES (1)",
+          "INSERT INTO t VALUES (?, 'p')", "INSERT INTO t VALUES (2, 'z') ON CONFLICT DO NOTHING", "INSERT INTO t VALUES ('a', 'b')"}) {
+        SCOPED_TRACE(text);
+        const auto run = [&](const char* before, const std::string& pad) {
+            const DatabasePtr db = OpenMemory();
+            Script(*db, "CREATE TABLE t(a INTEGER PRIMARY KEY, b VARCHAR); INSERT INTO t VALUES (1, 'one'), (2, 'two')");
+            Chain(*db, before);
+            Outline outline = Chain(*db, std::string(text).insert(6, pad));
+            for (std::string& each : outline)
+                each = each.substr(0, each.find("\n\nLINE"));
+            for (const char* after : {"SELECT * FROM t ORDER BY a", "COMMIT", "SELECT * FROM t ORDER BY a"})
+                for (const std::string& each : Chain(*db, after))
+                    outline.push_back(each);
+            return outline;
+        };
+        for (const char* before : {"SELECT 1", "BEGIN; INSERT INTO t VALUES (3, 'three')"})
+            EXPECT_EQ(run(before, std::string(5000, ' ')), run(before, " "));
+    }
+}
+
 TEST(Chain, RunsAStatementOnlyWhenAsked)
 {
     const DatabasePtr db = OpenMemory();

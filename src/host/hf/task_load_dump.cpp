@@ -14,6 +14,7 @@ namespace {
 
 constexpr qsizetype GroupCharacters = 1 << 16; ///< what the engine parses at once it also keeps at once
 constexpr qsizetype GroupStatements = 200;
+constexpr qsizetype LongInsert = 1 << 13; ///< from here on company gains nothing, and one INSERT runs unprepared
 constexpr qsizetype ShownCharacters = 2000;
 constexpr int Flags = QUERY_NO_LOG | QUERY_SILENT_ERROR | QUERY_BACKGROUND;
 
@@ -180,7 +181,9 @@ bool LTask_LoadDumpSQL::Add(LStatementText&& statement, const QList<qint64>& bad
     if (!reason.isEmpty())
         return RunGroup() && Refuse(statement.Line, statement.Text, reason);
 
-    const bool alone = !m_multiple || ControlOf(statement.Text) != Control::None || MustRunAlone(statement.Text);
+    const bool isLong = statement.Text.size() >= LongInsert
+        && statement.Text.startsWith(QLatin1String("INSERT"), Qt::CaseInsensitive);
+    const bool alone = !m_multiple || isLong || ControlOf(statement.Text) != Control::None || MustRunAlone(statement.Text);
     if (alone)
         return RunGroup() && RunOne(statement);
     m_groupSize += statement.Text.size();

@@ -39,7 +39,7 @@ public:
                 SkipQuoted(c, false);
                 first = false;
             } else if (c == '$') {
-                SkipDollar();
+                outline.hasParameters |= !SkipDollar();
                 first = false;
             } else if (is_word(c)) {
                 const std::string_view word = Word();
@@ -50,6 +50,7 @@ public:
                         outline.words.push_back(*kind);
                 first = false;
             } else {
+                outline.hasParameters |= c == '?';
                 first = false;
                 ++m_at;
             }
@@ -85,7 +86,7 @@ private:
     bool SkipComment()
     {
         if (At(0) == '-' && At(1) == '-') {
-            m_at = std::min(m_sql.find('\n', m_at), m_sql.size());
+            m_at = std::min(m_sql.find_first_of("\r\n", m_at), m_sql.size());
             return true;
         }
         if (At(0) != '/' || At(1) != '*')
@@ -114,18 +115,21 @@ private:
         ++m_at;
     }
 
-    void SkipDollar()
+    /// False at a parameter.
+    bool SkipDollar()
     {
         std::size_t end = m_at + 1;
+        const bool isNumber = At(1) >= '0' && At(1) <= '9';
         while (end < m_sql.size() && is_word(m_sql[end]))
             ++end;
-        if (end >= m_sql.size() || m_sql[end] != '$') {
-            m_at = end; // a parameter
-            return;
+        if (isNumber || end >= m_sql.size() || m_sql[end] != '$') {
+            m_at = end;
+            return false;
         }
         const std::string_view tag = m_sql.substr(m_at, end + 1 - m_at);
         const std::size_t close = m_sql.find(tag, end + 1);
         m_at = close == std::string_view::npos ? m_sql.size() : close + tag.size();
+        return true;
     }
 
     const std::string_view m_sql;

@@ -14,6 +14,7 @@ struct TextOutline
 {
     std::size_t statements = 0;          ///< pieces between semicolons that are not empty
     std::vector<TransactionWord> words;  ///< of the pieces that begin with such a word
+    bool hasParameters = false;          ///< there is a "?" or "$" that begins no quote
 };
 
 /// Knows quotes, comments and dollar quotes.

@@ -261,6 +261,19 @@ Outcome Session::Execute(const PreparedHandle& statement, TextMark& mark)
     }
 }
 
+Outcome Session::ExecuteInsert(const std::string& sql)
+{
+    if (m_closed)
+        return Outcome::Failure("The database is not open");
+    KeepOpenRows();
+    ResultHandle result;
+    if (duckdb_query(m_connection.get(), sql.c_str(), result.out()) == DuckDBError)
+        return Outcome::Failure(Words(duckdb_result_error(&result.get())));
+    Outcome outcome;
+    outcome.affected = static_cast<std::int64_t>(duckdb_rows_changed(&result.get()));
+    return outcome;
+}
+
 std::string Session::Run(const PreparedHandle& statement, const TextMark& mark, ResultHandle& result)
 {
     PendingHandle pending;

@@ -90,6 +90,8 @@ public:
     /// The engine's text when it fails.
     std::string Prepare(const ExtractedHandle& statements, std::size_t index, PreparedHandle& prepared);
     Outcome Execute(const PreparedHandle& statement, TextMark& mark);
+    /// Runs one INSERT that gives no rows, without preparing it.
+    Outcome ExecuteInsert(const std::string& sql);
     /// The text has failed or was left: a transaction that it began is rolled back.
     void FailText(std::uint64_t id) noexcept;
     bool HasFailed(std::uint64_t id) const noexcept { return m_failedText == id; }

@@ -30,6 +30,7 @@ private:
     const std::shared_ptr<Session> m_session;
     SessionHold m_hold;
     ExtractedHandle m_statements;
+    std::string m_insert; ///< in place of the statements: run as it stands
     std::size_t m_count = 0;
     std::size_t m_next = 0;
     ValueArray m_binds;
