@@ -15,3 +15,12 @@ inline bool HasColumn(const rc::Ref<const HF::I_LCursor>& cursor, const char* co
 {
     return bool(cursor->get_Field(QString::fromLatin1(column)));
 }
+
+/// Names that the query joined: in column `exact` by NUL, or, where the result has
+/// no such column, in `column` by line feeds. Empty for a NULL.
+inline QStringList ColumnNames(const rc::Ref<const HF::I_LCursor>& cursor, const char* exact, const char* column)
+{
+    const bool isExact = HasColumn(cursor, exact);
+    const QString names = ColumnText(cursor, isExact ? exact : column);
+    return names.isEmpty() ? QStringList() : names.split(isExact ? u'\0' : u'\n');
+}

@@ -2,6 +2,7 @@
 #include "catalog/function.h"
 
 #include "catalog/list_infos.h"
+#include "engine/engine_version.h"
 
 #include <QCoreApplication>
 
@@ -11,6 +12,9 @@ const int PROP_FUNCTION_BODY = HF::LPropertyID::CreateID(QT_TRANSLATE_NOOP("QObj
 
 rc::Ref<HF::I_LSchemaObject> MakeFunction(const rc::Ref<HF::I_LSchemaObject>& owner, const QString& name)
 {
+    // These engines list each form of a macro under its plain name; with "$$" inside, that is the name.
+    if (EngineVersionNumber() >= 10100)
+        return rc::make<orbDuckDB_Function>(owner, name, QString());
     const QString separator = QStringLiteral("$$");
     return rc::make<orbDuckDB_Function>(owner, name.section(separator, 0, 0), name.section(separator, 1));
 }

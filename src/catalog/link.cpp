@@ -63,10 +63,10 @@ void orbDuckDB_Link::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
     QString parent;
     QStringList parentColumns;
     QStringList columns;
-    if (HasColumn(cursor, "link_parent_columns")) {
+    if (HasColumn(cursor, "link_parent_names")) {
         parent = ColumnText(cursor, "referenced_table");
-        parentColumns = ColumnText(cursor, "link_parent_columns").split(u'\n');
-        columns = ColumnText(cursor, "link_columns").split(u'\n');
+        parentColumns = ColumnNames(cursor, "link_parent_names", "");
+        columns = ColumnNames(cursor, "link_names", "");
     } else if (const QString text = ColumnText(cursor, "constraint_text"); !text.isEmpty()) {
         static const QString pattern =
             QStringLiteral("FOREIGN KEY ( #FK_FIELDS ) REFERENCES %PARENT ( #PK_FIELDS ) @STOP");
@@ -81,6 +81,8 @@ void orbDuckDB_Link::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
     ReadProperty(cursor, PROP_LINK_SCHEMA, "schema_name");
     ReadProperty(cursor, PROP_LINK_PARENT_SCHEMA, "schema_name");
     ReadProperty(cursor, PROP_LINK_TABLE, "table_name");
+    if (ColumnText(cursor, "temporary") == u"true")
+        AssignPropertyValueSilent(PROP_TEMPORARY, true);
     AssignPropertyValueSilent(PROP_LINK_COLUMNS, columns);
     AssignPropertyValueSilent(PROP_LINK_PARENT_TABLE, parent);
     AssignPropertyValueSilent(PROP_KEY_COLUMNS, parentColumns);
@@ -100,5 +102,14 @@ rc::Ptr<HF::I_LTable> orbDuckDB_Link::get_Table(int side) const
         return nullptr;
     const QString schemaName = GetString(side == 1 ? PROP_LINK_PARENT_SCHEMA : PROP_LINK_SCHEMA);
     const auto schema = rc::cast<HF::I_LSchema>(database->get_ChildObject(HF::TYPE_SCHEMA, schemaName).Force());
-    return schema ? schema->get_Table(GetString(side == 1 ? PROP_LINK_PARENT_TABLE : PROP_LINK_TABLE)) : nullptr;
+    if (!schema)
+        return nullptr;
+    const rc::Ptr<HF::I_LTable> table = schema->get_Table(GetString(side == 1 ? PROP_LINK_PARENT_TABLE : PROP_LINK_TABLE));
+    if (!table || table->GetBool(PROP_TEMPORARY) == GetBool(PROP_TEMPORARY))
+        return table;
+    for (const rc::Ref<HF::I_LTable>& twin : schema->get_Tables())
+        if (twin->get_Name().compare(table->get_Name(), Qt::CaseInsensitive) == 0
+            && twin->GetBool(PROP_TEMPORARY) == GetBool(PROP_TEMPORARY))
+            return twin;
+    return table;
 }

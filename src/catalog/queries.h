@@ -8,7 +8,8 @@
 // 1.1 on: the system schemas moved from the current catalogue to "system" (1.2),
 // a same-named table of another catalogue would mix its rows in, and objects of
 // temporary tables would be missing. $CATALOG is the catalogue that the owner
-// belongs to, as an SQL expression.
+// belongs to, as an SQL expression. These texts join names by NUL, the one
+// character that no name can hold; a line feed would cut some in two.
 namespace Queries {
 
 inline constexpr char Schemas[] = "SELECT oid, schema_name FROM duckdb_schemas() WHERE database_name = current_catalog()";
@@ -41,8 +42,8 @@ inline constexpr char Links[] =
 inline constexpr char LinksSince101[] =
     "-- UPDATE LIST OF LINKS\nSELECT *, CONCAT( 'link_', COALESCE( NULLIF( regexp_extract( constraint_text, "
     "'REFERENCES\\s+([^(]+)', 1), '' ), referenced_table ), '_', table_name ) AS constraint_name, "
-    "array_to_string( constraint_column_names, '\n' ) AS link_columns, "
-    "array_to_string( referenced_column_names, '\n' ) AS link_parent_columns "
+    "database_name = 'temp' AS temporary, array_to_string( constraint_column_names, chr(0) ) AS link_names, "
+    "array_to_string( referenced_column_names, chr(0) ) AS link_parent_names "
     "FROM duckdb_constraints() WHERE database_name IN ( current_catalog(), 'temp' ) AND "
     "schema_name=$NAME AND constraint_type = 'FOREIGN KEY'";
 
@@ -54,9 +55,9 @@ inline constexpr char Tables[] =
     "( current_catalog(), 'temp' ) ) )";
 
 inline constexpr char TablesSince101[] =
-    "-- UPDATE LIST OF TABLES\nSELECT *, ( SELECT array_to_string( constraint_column_names, '\n' ) FROM "
+    "-- UPDATE LIST OF TABLES\nSELECT *, ( SELECT array_to_string( constraint_column_names, chr(0) ) FROM "
     "duckdb_constraints() c WHERE c.constraint_type = 'PRIMARY KEY' AND c.table_name = t.table_name AND c.schema_name = "
-    "t.schema_name AND c.database_name = t.database_name ) primary_key FROM duckdb_tables() t WHERE schema_name = $NAME "
+    "t.schema_name AND c.database_name = t.database_name ) key_names FROM duckdb_tables() t WHERE schema_name = $NAME "
     "AND (( internal AND schema_name in ( 'pg_catalog', 'information_schema' ) AND database_name IN ( current_catalog(), "
     "'system' ) ) OR ( NOT internal AND database_name IN ( current_catalog(), 'temp' ) ) )";
 
@@ -134,7 +135,7 @@ inline constexpr char Uniques[] =
 
 inline constexpr char UniquesSince101[] =
     "-- UPDATE LIST OF UNIQUES\nSELECT *, CONCAT( 'unique_', array_to_string( constraint_column_names, '_' ) ) AS "
-    "constraint_name, array_to_string( constraint_column_names, '\n' ) AS columns FROM duckdb_constraints() WHERE "
+    "constraint_name, array_to_string( constraint_column_names, chr(0) ) AS unique_names FROM duckdb_constraints() WHERE "
     "database_name=$CATALOG AND schema_name=$PNAME AND table_name=$NAME AND constraint_type = 'UNIQUE'";
 
 inline constexpr char FieldsOfView[] =

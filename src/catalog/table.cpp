@@ -94,7 +94,7 @@ void orbDuckDB_Table::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
     const QString estimate = ColumnText(cursor, "estimated_size");
     if (estimate.toLongLong() > ExactCountLimit)
         AssignPropertyValueSilent(PROP_RECORD_COUNT, QString(u'~' + estimate));
-    AssignPropertyValueSilent(PROP_KEY_COLUMNS, ColumnText(cursor, "primary_key").split(u'\n', Qt::SkipEmptyParts));
+    AssignPropertyValueSilent(PROP_KEY_COLUMNS, ColumnNames(cursor, "key_names", "primary_key"));
 }
 
 HF::LLazy<int, false> orbDuckDB_Table::get_FieldCount() const

@@ -38,5 +38,5 @@ rc::Ptr<HF::LAction> orbDuckDB_Unique::get_DefaultAction() const
 
 void orbDuckDB_Unique::FromQuery(const rc::Ref<const HF::I_LCursor>& cursor)
 {
-    AssignPropertyValueSilent(PROP_COLUMNS, ColumnText(cursor, "columns").split(u'\n'));
+    AssignPropertyValueSilent(PROP_COLUMNS, ColumnNames(cursor, "unique_names", "columns"));
 }

@@ -5,6 +5,7 @@
 #include "data/row_source.h"
 #include "data/structure_makers.h"
 #include "data/text_substitution.h"
+#include "engine/engine_version.h"
 #include "hf/action.h"
 #include "hf/database.h"
 #include "hf/engine.h"
@@ -250,10 +251,14 @@ BoolLazy orbDuckDB_FieldBase::UpdatePropertyImpl(int id)
         schema = schema->get_ParentObject();
     const QString tableName = table->get_Name();
     const QString indexOn = asInIndex(tableName) + u'(' + asInIndex(get_Name()) + u')';
-    const QString text = SubstituteLiterals(queries::FieldFlags(), {{QStringLiteral("PPNAME"), schema ? schema->get_Name() : QString()},
-                                                                    {QStringLiteral("PNAME"), tableName},
-                                                                    {QStringLiteral("NAME"), get_Name()},
-                                                                    {QStringLiteral("INDEX_ON"), indexOn}});
+    QString query = EngineVersionNumber() >= 10100 ? queries::FieldFlagsSince101() : queries::FieldFlags();
+    const auto owner = rc::cast<HF::I_LSchemaObject>(table);
+    query.replace(QLatin1String("$CATALOG"), owner && owner->GetBool(PROP_TEMPORARY) ? QLatin1String("'temp'")
+                                                                                      : QLatin1String("current_catalog()"));
+    const QString text = SubstituteLiterals(query, {{QStringLiteral("PPNAME"), schema ? schema->get_Name() : QString()},
+                                                    {QStringLiteral("PNAME"), tableName},
+                                                    {QStringLiteral("NAME"), get_Name()},
+                                                    {QStringLiteral("INDEX_ON"), indexOn}});
     bool indexed = false;
     bool unique = false;
     if (const rc::Ptr<HF::I_LCursor> cursor = database->SqlSelect(text, 0, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC,

@@ -36,4 +36,14 @@ inline const QString& FieldFlags()
     return text;
 }
 
+/// The same within one catalogue, from 1.1 on: a temporary table and one that it hides
+/// have indexes of their own. $CATALOG is an SQL expression.
+inline const QString& FieldFlagsSince101()
+{
+    static const QString text = QString(FieldFlags())
+                                    .replace(QLatin1String("IN ( current_catalog(),'temp' )"), QLatin1String("= $CATALOG"))
+                                    .replace(QLatin1String("IN ( current_catalog(), 'temp' )"), QLatin1String("= $CATALOG"));
+    return text;
+}
+
 } // namespace queries

@@ -34,7 +34,7 @@ std::vector<Model> LinksOf(const HF::LModelObject& table, bool pending)
     if (!schema)
         return links;
     for (const Model& link : schema->get_Models(HF::TYPE_LINK))
-        if (pending ? !link->IsMarkedDropped() : !link->IsJustCreated())
+        if ((pending ? !link->IsMarkedDropped() : !link->IsJustCreated()) && !IsOfTwin(*link, table))
             links.push_back(link);
     return links;
 }
@@ -51,7 +51,7 @@ bool OwnLinksChange(const HF::LModelObject& table)
 {
     const rc::Ptr<HF::LModelObject> schema = table.get_ParentModel();
     for (const Model& link : schema->get_Models(HF::TYPE_LINK))
-        if (link->HasOwnChanges() && SameName(link->GetString(PROP_LINK_TABLE), table.get_Name()))
+        if (link->HasOwnChanges() && !IsOfTwin(*link, table) && SameName(link->GetString(PROP_LINK_TABLE), table.get_Name()))
             return true;
     return false;
 }

@@ -186,6 +186,11 @@ IndexDescription DescribeIndex(const Object& index)
     return DescribeIndexOf(index, table ? RenamedColumns(rc::Ref<HF::I_LSchemaObject>(table)) : Renames());
 }
 
+bool IsOfTwin(const HF::I_LSchemaObject& link, const HF::I_LSchemaObject& table)
+{
+    return !link.Evaluate(HF::EVAL_JUST_CREATED).ToBool() && link.GetBool(PROP_TEMPORARY) != table.GetBool(PROP_TEMPORARY);
+}
+
 RcList<HF::I_LSchemaObject> LinksOfTable(const Object& table)
 {
     RcList<HF::I_LSchemaObject> all;
@@ -196,7 +201,7 @@ RcList<HF::I_LSchemaObject> LinksOfTable(const Object& table)
     }
     const QString name = table->get_Name();
     all.removeIf([&](const rc::Ref<HF::I_LSchemaObject>& link) {
-        return dynamic_cast<const HF::LVirtualLink*>(link.get())
+        return dynamic_cast<const HF::LVirtualLink*>(link.get()) || IsOfTwin(*link, *table)
                || (!SameName(link->GetString(PROP_LINK_TABLE), name)
                    && !SameName(link->GetString(PROP_LINK_PARENT_TABLE), name));
     });

@@ -98,6 +98,9 @@ private:
     bool m_all;
 };
 
+/// Whether an existing link belongs to the table's twin: one of the two is temporary,
+/// and both have one name.
+bool IsOfTwin(const HF::I_LSchemaObject& link, const HF::I_LSchemaObject& table);
 /// The links that stand in a table or point to it, pending ones and those to be
 /// dropped included.
 RcList<HF::I_LSchemaObject> LinksOfTable(const rc::Ref<const HF::I_LSchemaObject>& table);

@@ -71,12 +71,14 @@ TEST_F(ObjectsTest, GeneratedColumnsAreToldFromTypedDefaults)
 TEST_F(ObjectsTest, NamesThatNeedCare)
 {
     const char* const names[] = {"a b",  "a.b",   "a\"b",    "it's",  "$NAME", "$PNAME", "x\ny",
-                                 "select", "Größe", "表",       "1st",   "a/b",   "unique"};
+                                 "select", "Größe", "表",       "1st",   "a/b",   "unique", "a$$b",  "\n"};
     for (const char* name : names) {
         const QString plain = QString::fromUtf8(name);
         const QString quoted = u'"' + QString(plain).replace(u'"', QLatin1String("\"\"")) + u'"';
         Execute(QStringLiteral("CREATE TABLE %1(%1 INTEGER PRIMARY KEY, other INTEGER UNIQUE CHECK (other > 0)); "
-                               "CREATE INDEX %2 ON %1(%1); CREATE VIEW %3 AS SELECT %1 FROM %1; CREATE SEQUENCE %4")
+                               "CREATE INDEX %2 ON %1(%1); CREATE VIEW %3 AS SELECT %1 FROM %1; CREATE SEQUENCE %4; "
+                               "CREATE MACRO %1(x) AS x + 1; CREATE TABLE %5(k INTEGER, %1 INTEGER REFERENCES %1(%1), UNIQUE(k, %1))")
+                    .replace(QLatin1String("%5"), QString(quoted).insert(1, QLatin1String("c ")))
                     .replace(QLatin1String("%4"), QString(quoted).insert(1, QLatin1String("s ")))
                     .replace(QLatin1String("%3"), QString(quoted).insert(1, QLatin1String("v ")))
                     .replace(QLatin1String("%2"), QString(quoted).insert(1, QLatin1String("i ")))
@@ -88,12 +90,21 @@ TEST_F(ObjectsTest, NamesThatNeedCare)
         SCOPED_TRACE(name);
         const Object table = Table(plain);
         EXPECT_EQ(Names(table, HF::TYPE_FIELD), QStringList({plain, QStringLiteral("other")}));
-        EXPECT_EQ(table ? table->GetStringList(PROP_KEY_COLUMNS) : QStringList(), plain.split(u'\n'));
+        EXPECT_EQ(table ? table->GetStringList(PROP_KEY_COLUMNS) : QStringList(), QStringList(plain));
         EXPECT_EQ(Names(table, HF::TYPE_INDEX), QStringList(QStringLiteral("i ") + plain));
         EXPECT_EQ(Names(table, HF::TYPE_UNIQUE), List({"unique_other"}));
         EXPECT_EQ(Names(table, HF::TYPE_CHECK), List({"check_other"}));
         EXPECT_EQ(Names(Child(Schema(), HF::TYPE_VIEW, QStringLiteral("v ") + plain), HF::TYPE_FIELD), QStringList(plain));
         Child(Schema(), HF::TYPE_SEQUENCE, QStringLiteral("s ") + plain);
+        Child(Schema(), HF::TYPE_FUNCTION, plain);
+        const Object child = Table(QStringLiteral("c ") + plain);
+        const auto unique = Child(child, HF::TYPE_UNIQUE, QStringLiteral("unique_k_") + plain);
+        EXPECT_EQ(unique ? unique->GetStringList(PROP_COLUMNS) : QStringList(), QStringList({QStringLiteral("k"), plain}));
+        const RcList<HF::I_LSchemaObject> links = child->get_ChildObjects(HF::TYPE_LINK).Force();
+        ASSERT_EQ(links.size(), 1);
+        EXPECT_EQ(links[0]->GetStringList(PROP_LINK_COLUMNS), QStringList(plain));
+        EXPECT_EQ(links[0]->GetStringList(PROP_KEY_COLUMNS), QStringList(plain));
+        EXPECT_EQ(links[0]->GetString(PROP_LINK_PARENT_TABLE), plain);
         // What the object calls itself in a statement reads back as that object.
         EXPECT_EQ(Column(QStringLiteral("SELECT count(*) FROM ") + (table ? table->get_NameForQuery(true) : QString())),
                   u"0");
@@ -103,8 +114,11 @@ TEST_F(ObjectsTest, NamesThatNeedCare)
 TEST_F(ObjectsTest, TwinsInOtherCataloguesStayApart)
 {
     Execute(QStringLiteral("CREATE TABLE t(id INTEGER PRIMARY KEY, a INTEGER UNIQUE); CREATE INDEX i ON t(a); "
+                           "CREATE TABLE child(a INTEGER REFERENCES t(id)); CREATE TABLE flags(f INTEGER UNIQUE); "
                            "CREATE TEMP TABLE t(x VARCHAR PRIMARY KEY, y INTEGER CHECK (y > 1), z INTEGER UNIQUE); "
-                           "ATTACH ':memory:' AS other; CREATE TABLE other.main.t(q INTEGER PRIMARY KEY)"));
+                           "ATTACH ':memory:' AS other; CREATE TABLE other.main.t(q INTEGER PRIMARY KEY); "
+                           "CREATE TEMP TABLE child(id VARCHAR REFERENCES t(x), a INTEGER); "
+                           "CREATE TEMP TABLE flags(f INTEGER)"));
     RcList<HF::I_LSchemaObject> twins;
     for (const auto& table : Schema()->get_ChildObjects(HF::TYPE_TABLE).Force())
         if (table->get_Name() == u"t")
@@ -118,6 +132,18 @@ TEST_F(ObjectsTest, TwinsInOtherCataloguesStayApart)
         EXPECT_EQ(Names(twin, HF::TYPE_CHECK), temporary ? List({"check_y"}) : QStringList());
         EXPECT_EQ(Names(twin, HF::TYPE_INDEX), temporary ? QStringList() : List({"i"}));
         EXPECT_EQ(twin->get_Icon().Force().contains(u"sign-clock"), temporary);
+        const RcList<HF::I_LSchemaObject> links = twin->get_ChildObjects(HF::TYPE_LINK).Force();
+        ASSERT_EQ(links.size(), 1) << temporary;
+        EXPECT_EQ(links[0]->GetStringList(PROP_LINK_COLUMNS), temporary ? List({"id"}) : List({"a"}));
+        const auto parent = rc::cast<HF::I_LLink>(links[0])->get_Table(1);
+        EXPECT_EQ(parent.get(), rc::cast<HF::I_LTable>(twin).get());
+    }
+    for (const auto& twin : Schema()->get_ChildObjects(HF::TYPE_TABLE).Force()) {
+        if (twin->get_Name() != u"flags")
+            continue;
+        const Object column = Child(twin, HF::TYPE_FIELD, QStringLiteral("f"));
+        column->UpdatePropertyIfNeed(PROP_UNIQUE).Force();
+        EXPECT_EQ(column->GetBool(PROP_UNIQUE), !twin->GetBool(PROP_TEMPORARY));
     }
 }
 

@@ -181,7 +181,13 @@ TEST_F(List, AChildListShowsItsPartOfTheParentList)
     const auto t = tables->get_ChildItem("t");
     const auto p = tables->get_ChildItem("p");
     EXPECT_EQ(t->get_ChildObjectsNames(TYPE_LINK), QStringList("link_p_t"));
+    // A temporary table may have the name of a lasting one, whose links are not its own.
+    EXPECT_EQ(p->get_ChildObjectsNames(TYPE_LINK), QStringList());
+    p->AssignPropertyValueSilent(PROP_TEMPORARY, false);
+    EXPECT_TRUE(p->UpdateChildObjects(TYPE_LINK));
     EXPECT_EQ(p->get_ChildObjectsNames(TYPE_LINK), QStringList({"link_p_t", "link_p_p"}));
+    database->TakeLog();
+    EXPECT_TRUE(t->UpdateChildObjects(TYPE_LINK));
     EXPECT_EQ(t->GetLong(PROP_COUNT_LINKS), 1);
     EXPECT_EQ(database->TakeLog().count("LINKS OF 'main'"), 1);
     const auto link = t->get_ChildObject(TYPE_LINK, "link_p_t").Force();

@@ -167,8 +167,11 @@ std::optional<RcList<I_LSchemaObject>> LSchemaItemListChild::ReadItems()
     };
     const RcList<I_LSchemaObject> all = source->get_ItemsNow();
     RcList<I_LSchemaObject> items;
+    // A temporary object may have the name of a lasting one.
+    const bool temporary = owner->GetBool(PROP_TEMPORARY);
     for (const rc::Ref<I_LSchemaObject>& item : all)
-        if (isName(item->GetString(property)) || isName(item->GetString(otherProperty)))
+        if ((isName(item->GetString(property)) || isName(item->GetString(otherProperty)))
+            && item->GetBool(PROP_TEMPORARY) == temporary)
             items.append(item);
     return items;
 }
