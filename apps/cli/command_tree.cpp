@@ -57,10 +57,14 @@ bool IsOpen(const HF::LDatabaseObject_Impl& object, const Extent& extent, int de
     return depth < extent.depth && (extent.system || depth == 0 || !schemaObject || !schemaObject->get_IsSystem());
 }
 
-/// Builds the list; false when its query failed (the error log has told it).
-bool Read(const rc::Ref<HF::LSchemaItemList>& list)
+/// Builds the list; false when its query failed. The error log tells why, this tells what is missing.
+bool Read(const HF::LDatabaseObject_Impl& owner, const rc::Ref<HF::LSchemaItemList>& list)
 {
-    return list->BuildList();
+    if (list->BuildList())
+        return true;
+    Console::Instance().Error(QObject::tr("could not read the list \"%1\" of %2 \"%3\"")
+                                  .arg(list->get_ListInfo().word, owner.get_ObjectTypeName(), owner.get_Name()));
+    return false;
 }
 
 class TreePrinter
@@ -98,7 +102,7 @@ public:
         // The lists come first: reading them publishes their counts.
         if (IsOpen(*object, m_extent, depth))
             for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists())
-                m_allRead = Read(list) && m_allRead;
+                m_allRead = Read(*object, list) && m_allRead;
         m_json.Key(u"properties");
         m_json.BeginObject();
         for (const HF::LProperty& property : object->get_Properties()) {
@@ -160,7 +164,7 @@ public:
         if (!IsOpen(*object, m_extent, depth))
             return;
         for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists()) {
-            m_allRead = Read(list) && m_allRead;
+            m_allRead = Read(*object, list) && m_allRead;
             for (const auto& item : list->get_ItemsNow())
                 Print(item, depth + 1);
         }
@@ -182,7 +186,7 @@ QList<Object> Below(const Object& object, const TreeStep& step)
     for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists()) {
         if (!step.kind.isEmpty() && list->get_ListInfo().word != step.kind)
             continue;
-        Read(list);
+        Read(*object, list);
         for (const auto& item : list->get_ItemsNow())
             if (item->get_Name() == step.name)
                 found.append(item);

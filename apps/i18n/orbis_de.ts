@@ -2820,6 +2820,10 @@ Text: %3</translation>
         <source>&quot;%1&quot; is not UTF-8 text, which the column &quot;%2&quot; wants</source>
         <translation>„%1“ ist kein UTF-8-Text, den die Spalte „%2“ verlangt</translation>
     </message>
+    <message>
+        <source>could not read the list &quot;%1&quot; of %2 &quot;%3&quot;</source>
+        <translation>Die Liste „%1“ von %2 „%3“ konnte nicht gelesen werden</translation>
+    </message>
 </context>
 <context>
     <name>ResultGrid</name>
