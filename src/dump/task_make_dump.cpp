@@ -224,7 +224,8 @@ void orbDuckDB_TaskMakeDump::AddTable(const rc::Ref<HF::I_LTable>& table)
     });
     SortColumns(description, *table);
     orbDuckDB_DumpObject object{HF::TYPE_TABLE, schema, table->get_Name(),
-                                TableScript(description, description.name, SCRIPT_CREATE | SCRIPT_COMMENTS), table, {}};
+                                WithoutOwnName(TableScript(description, description.name, SCRIPT_CREATE | SCRIPT_COMMENTS)),
+                                table, {}};
     for (const LinkDescription& link : description.OwnLinks())
         object.parents.append(link.parentTable);
     m_objects.append(object);
@@ -257,6 +258,7 @@ void orbDuckDB_TaskMakeDump::AddMacros(const rc::Ref<HF::I_LSchemaObject>& schem
 /// In the order of the file as far as use allows: tables, views, macros.
 void orbDuckDB_TaskMakeDump::GatherObjects()
 {
+    GatherNames();
     for (const rc::Ref<HF::I_LTable>& table : Tables)
         if (!IsCancelled())
             AddTable(table);
@@ -270,14 +272,6 @@ void orbDuckDB_TaskMakeDump::GatherObjects()
     }
     for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas)
         AddMacros(schema);
-    for (const orbDuckDB_DumpObject& object : m_objects)
-        m_namesOfSchemas[object.schema].insert(object.name.toLower());
-    for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas) {
-        for (const QString& name : schema->get_ChildObjectsNames(HF::TYPE_SEQUENCE))
-            m_namesOfSchemas[schema->get_Name()].insert(name.toLower());
-        for (const TypeText& type : ReadTypeTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name()))
-            m_namesOfSchemas[schema->get_Name()].insert(type.name.toLower());
-    }
     m_objects = SortByUse(m_objects);
     RcList<HF::I_LTable> sorted;
     for (const orbDuckDB_DumpObject& object : m_objects)
@@ -291,6 +285,38 @@ void orbDuckDB_TaskMakeDump::GatherObjects()
             fields.append(field->get_Name());
         FieldLists.append(fields);
     }
+}
+
+/// Names that a text may use: those of all schemas, since what is asked for may use the rest.
+void orbDuckDB_TaskMakeDump::GatherNames()
+{
+    const auto read = [&](const QString& query, const auto& take) {
+        const rc::Ptr<HF::I_LCursor> cursor =
+            m_source->SqlSelect(query, Flags, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD);
+        for (bool more = cursor && cursor->FirstRecord(); more; more = cursor->NextRecord())
+            take(cursor->get_Field(0)->get_String(), cursor->get_Field(1)->get_String());
+    };
+    read(QStringLiteral("SELECT current_catalog(), NULL"), [&](const QString& name, const QString&) { m_ownName = name; });
+    QStringList lists;
+    for (const char* kind : {"table", "view", "function", "sequence", "type"})
+        lists.append(QStringLiteral("SELECT lower( schema_name ), lower( %1_name ) FROM duckdb_%1s() WHERE database_name = "
+                                    "current_catalog() AND NOT %2")
+                         .arg(QLatin1String(kind), QLatin1String(kind) == QLatin1String("sequence") ? QStringLiteral("temporary")
+                                                                                                    : QStringLiteral("internal")));
+    read(lists.join(QLatin1String(" UNION ALL ")), [&](const QString& schema, const QString& name) {
+        m_names[schema].insert(name);
+        m_ownNameIsShared |= name == m_ownName.toLower() || schema == m_ownName.toLower();
+    });
+    read(QStringLiteral("SELECT 1, 1 FROM duckdb_columns() WHERE database_name = current_catalog() AND lower( column_name ) = lower( "
+                        "current_catalog() ) UNION ALL SELECT 1, 1 FROM duckdb_schemas() WHERE database_name = current_catalog() "
+                        "AND lower( schema_name ) = lower( current_catalog() ) LIMIT 1"),
+         [&](const QString&, const QString&) { m_ownNameIsShared = true; });
+}
+
+/// The dump is to go into databases of other names.
+QString orbDuckDB_TaskMakeDump::WithoutOwnName(const QString& text) const
+{
+    return SqlTokens::WithoutCatalog(text, m_ownName, m_names, m_ownNameIsShared);
 }
 
 /// The engine's own count is near enough for telling how far the dump is.
@@ -321,8 +347,8 @@ void orbDuckDB_TaskMakeDump::Write(QString text)
 
 void orbDuckDB_TaskMakeDump::Write(const rc::Ref<HF::I_LSchemaObject>& object, HF::ELQueryKind kind)
 {
-    Write(object->get_DatabaseEngine()->GenerateQuery(rc::Ref<const HF::I_LSchemaObject>(object), kind, -1,
-                                                      HF::LVariant::Empty(), kind == HF::KIND_CREATE ? 4 : 0));
+    Write(WithoutOwnName(object->get_DatabaseEngine()->GenerateQuery(rc::Ref<const HF::I_LSchemaObject>(object), kind, -1,
+                                                                     HF::LVariant::Empty(), kind == HF::KIND_CREATE ? 4 : 0)));
 }
 
 void orbDuckDB_TaskMakeDump::WriteHeader()
@@ -396,7 +422,7 @@ QString orbDuckDB_TaskMakeDump::PlainPath()
 void orbDuckDB_TaskMakeDump::UsePath(const QString& schema, const QString& text)
 {
     const bool needed = schema != u"main" && !schema.isEmpty()
-        && ReferencesOf(text).words.intersects(m_namesOfSchemas.value(schema));
+        && ReferencesOf(text).words.intersects(m_names.value(schema.toLower()));
     const QString path = needed ? QuoteIdent(schema) + QLatin1String(",main") : QString();
     if (path == m_path)
         return;

@@ -5,6 +5,7 @@
 #include "catalog/makers.h"
 #include "dump/dump_order.h"
 #include "hf/task_dump_tables.h"
+#include "model/sql_tokens.h"
 
 /// Web page of this program, which the header of each dump names.
 inline constexpr char DumpHomepage[] = "https://orbis-duckdb.example";
@@ -36,6 +37,8 @@ private:
     bool GatherSchemas();
     bool GatherTables();
     void GatherObjects();
+    void GatherNames();
+    QString WithoutOwnName(const QString& text) const;
     void CountRows();
     void AddTable(const rc::Ref<HF::I_LTable>& table);
     void AddMacros(const rc::Ref<HF::I_LSchemaObject>& schema);
@@ -64,7 +67,9 @@ private:
     bool m_ownTransaction = false;
     RcList<HF::I_LSchemaObject> Schemas;
     QList<orbDuckDB_DumpObject> m_objects; ///< tables, views and macros in the order of their making
-    QMap<QString, QSet<QString>> m_namesOfSchemas; ///< what a schema other than main holds, in lower case
+    SqlTokens::Objects m_names; ///< of all that the database holds
+    QString m_ownName; ///< of the database, as a catalogue
+    bool m_ownNameIsShared = false; ///< something in the database bears it, too
     QHash<QString, QString> m_texts; ///< of tables, by schema and name
     QString m_path;
 };

@@ -209,4 +209,47 @@ QString WithoutCast(const QString& expression)
     return expression.mid(tokens[2].start, tokens[as].start - tokens[2].start).trimmed();
 }
 
+QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, bool mayBeOther)
+{
+    if (!statement.contains(catalog, Qt::CaseInsensitive))
+        return statement;
+    const std::vector<Token> tokens = Split(statement);
+    const auto isMark = [&](std::size_t i, QLatin1String mark) {
+        return i < tokens.size() && !tokens[i].name && tokens[i].text == mark;
+    };
+    const auto isCatalog = [&](std::size_t i) {
+        return tokens[i].name && tokens[i].text.compare(catalog, Qt::CaseInsensitive) == 0;
+    };
+    const auto has = [&](const QString& schema, std::size_t i) {
+        return i < tokens.size() && tokens[i].name && objects.value(schema).contains(tokens[i].text.toLower());
+    };
+    for (std::size_t i = 0; i < tokens.size(); ++i) // as an alias, or behind a dot
+        mayBeOther |= isCatalog(i) && (!isMark(i + 1, QLatin1String(".")) || (i > 0 && isMark(i - 1, QLatin1String("."))));
+    QString result;
+    qsizetype done = 0;
+    const auto replace = [&](qsizetype from, qsizetype to, const QString& text) {
+        result += QStringView(statement).mid(done, from - done);
+        result += text;
+        done = to;
+    };
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (i >= 2 && !tokens[i].name && tokens[i].text.startsWith(u'\'') && isMark(i - 1, QLatin1String("("))
+            && (IsWord(tokens[i - 2], QLatin1String("nextval")) || IsWord(tokens[i - 2], QLatin1String("currval")))) {
+            const QString name = tokens[i].text.mid(1, tokens[i].text.size() - 2).replace(QLatin1String("''"), QLatin1String("'"));
+            QString shorter = WithoutCatalog(name, catalog, objects, mayBeOther);
+            if (shorter != name)
+                replace(tokens[i].start, tokens[i].end, u'\'' + shorter.replace(u'\'', QLatin1String("''")) + u'\'');
+            continue;
+        }
+        if (!isCatalog(i) || !isMark(i + 1, QLatin1String(".")) || (i > 0 && isMark(i - 1, QLatin1String("."))))
+            continue;
+        if (i + 2 < tokens.size() && isMark(i + 3, QLatin1String(".")) && has(tokens[i + 2].text.toLower(), i + 4))
+            replace(tokens[i].start, tokens[i + 2].start, QString());
+        else if (!mayBeOther && has(QStringLiteral("main"), i + 2))
+            replace(tokens[i].start, tokens[i + 2].start, QStringLiteral("main."));
+    }
+    result += QStringView(statement).mid(done);
+    return result;
+}
+
 } // namespace SqlTokens

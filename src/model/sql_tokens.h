@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -20,5 +21,13 @@ QHash<QString, QString> Collations(const QString& createTable);
 /// `CAST(x AS type)` without its cast, any other text as it is. The engine puts one
 /// around the expression of each generated column, whatever stands there already.
 QString WithoutCast(const QString& expression);
+
+/// Objects in lower case by their schema, in lower case.
+using Objects = QHash<QString, QSet<QString>>;
+/// A statement without the name of the catalogue that its objects are in, also where
+/// nextval() and currval() get it in a string: the text then works in a database of
+/// another name. `catalog.schema.object` goes where `objects` has it. `catalog.object`
+/// becomes `main.object` unless `mayBeOther`: something else bears that name too.
+QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, bool mayBeOther);
 
 } // namespace SqlTokens

@@ -22,11 +22,35 @@ CREATE MACRO "o dd"."odd name"("a b", "select" := [1, 2], d := 'x, y := )''') AS
 CREATE MACRO typed(a INTEGER, b VARCHAR := 'q') AS a || b;
 CREATE MACRO rows_of(n, d := DATE '2020-01-01') AS TABLE SELECT range AS i, d AS d FROM range(n);
 CREATE MACRO noargs() AS 42;
+CREATE MACRO "for$$ms"(a) AS a + 1;
+CREATE MACRO "for$$ms"(a, b) AS TABLE SELECT a, b;
 COMMENT ON MACRO plus IS 'adds; sometimes';
 COMMENT ON MACRO TABLE rows_of IS 'rows';
 CREATE TABLE parents("i d" INTEGER, name VARCHAR DEFAULT 'it''s', "q""q" VARCHAR, PRIMARY KEY ("i d", "q""q"));
 CREATE TABLE a_child(id BIGINT DEFAULT nextval('sq') PRIMARY KEY, pid INTEGER, pq VARCHAR,
     FOREIGN KEY (pid, pq) REFERENCES parents("i d", "q""q"));
+CREATE TABLE "two
+lines"("a
+b" INTEGER, "c
+" INTEGER, "
+" INTEGER, PRIMARY KEY ("a
+b", "
+"), UNIQUE ("c
+"), UNIQUE ("
+", "c
+"));
+CREATE TABLE lined("x
+y" INTEGER, z INTEGER, FOREIGN KEY ("x
+y", z) REFERENCES "two
+lines"("a
+b", "
+"));
+INSERT INTO "two
+lines" VALUES (1, 2, 3);
+INSERT INTO lined VALUES (1, 3);
+CREATE INDEX "lined
+ix" ON lined("x
+y", z);
 CREATE TABLE tree(id INTEGER PRIMARY KEY, up INTEGER REFERENCES tree(id), other INTEGER REFERENCES tree(id));
 CREATE TABLE gen(z INTEGER, g INTEGER GENERATED ALWAYS AS (z * 2), y DATE DEFAULT DATE '2020-01-01',
     h VARCHAR AS (upper(t)), t VARCHAR COLLATE NOCASE, CHECK (z > 0), UNIQUE (z, t), UNIQUE (y));

@@ -356,6 +356,22 @@ TEST_F(DumpTest, Selections)
     EXPECT_TRUE(task->get_Error().contains(u"s.c"_s));
 }
 
+TEST_F(DumpTest, ADatabaseThatNamesItselfGoesIntoAnother)
+{
+    const auto own = MakeDatabase(MakeEngine(File(u"own.duckdb"_s)), File(u"own.duckdb"_s), 1);
+    Script(*own, u"CREATE SCHEMA s; CREATE SEQUENCE own.s.\"s q\"; CREATE TABLE own.s.t(id INTEGER DEFAULT "
+                 "nextval('own.s.\"s q\"'), v VARCHAR); INSERT INTO s.t(v) VALUES ('a'), ('b'); "
+                 "CREATE MACRO twice(x) AS x * 2; CREATE MACRO newest() AS (SELECT max(id) FROM own.s.t); "
+                 "CREATE TABLE k(a INTEGER CHECK (own.main.twice(a) > 0)); INSERT INTO k VALUES (3); "
+                 "CREATE VIEW w AS SELECT own.twice(id) AS d, own.k.a, newest() AS n FROM own.s.t, own.k"_s);
+    const QByteArray dump = Dump(*own);
+    const auto loaded = Empty();
+    EXPECT_EQ(Load(*loaded, dump), QStringList()) << dump.toStdString();
+    EXPECT_EQ(Rows(*loaded, u"FROM w ORDER BY d"_s), Rows(*own, u"FROM w ORDER BY d"_s));
+    EXPECT_EQ(Rows(*loaded, u"INSERT INTO s.t(v) VALUES ('c') RETURNING id"_s), QStringList(u"3"_s));
+    own->Close().Force();
+}
+
 TEST_F(DumpTest, SequencesGoOn)
 {
     const QString path = File(u"numbers.duckdb"_s);

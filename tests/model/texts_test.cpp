@@ -318,4 +318,22 @@ TEST(SqlTokensTest, RenamesColumnsAndNothingElse)
     EXPECT_EQ(collations.value("c"), "");
 }
 
+TEST(SqlTokensTest, DropsTheCatalogueOfItsOwnObjectsOnly)
+{
+    const SqlTokens::Objects objects{{"main", {"t", "m", "s q"}}, {"s d", {"u"}}};
+    struct Case { const char* before; const char* after; const char* whenShared; };
+    for (const Case& each : {
+             Case{"SELECT own.main.t.a FROM own.main.t", "SELECT main.t.a FROM main.t", "SELECT main.t.a FROM main.t"},
+             {"SELECT own.t.a, x.own FROM own.t AS x", "SELECT own.t.a, x.own FROM own.t AS x", "SELECT own.t.a, x.own FROM own.t AS x"},
+             {"SELECT own.t.a FROM OWN.t", "SELECT main.t.a FROM main.t", "SELECT own.t.a FROM OWN.t"},
+             {"FROM \"own\".\"s d\".U, other.main.t", "FROM \"s d\".U, other.main.t", "FROM \"s d\".U, other.main.t"},
+             {"SELECT own.a, own.main.missing, 'own.main.t' FROM x", "SELECT own.a, own.main.missing, 'own.main.t' FROM x",
+              "SELECT own.a, own.main.missing, 'own.main.t' FROM x"},
+             {"own.m(nextval('own.main.\"s q\"'))", "main.m(nextval('main.\"s q\"'))", "own.m(nextval('main.\"s q\"'))"},
+             {"FROM own.main.t own", "FROM main.t own", "FROM main.t own"}}) {
+        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, false).toStdString(), each.after);
+        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, true).toStdString(), each.whenShared);
+    }
+}
+
 } // namespace
