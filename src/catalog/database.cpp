@@ -49,6 +49,15 @@ HF::LLazy<QList<HF::LIdent>, false> IdentsBody(orbDuckDB_Database* database, Bod
     });
 }
 
+/// From 1.1 on the names of a path are joined by the one character that no name can hold.
+QString WithExactPaths(const char* query)
+{
+    QString text = QString::fromLatin1(query);
+    if (EngineVersionNumber() >= 10100)
+        text.replace(QLatin1String("'\n'"), QLatin1String("chr(0)")).replace(QLatin1String("fld_ident"), QLatin1String("fld_path"));
+    return text;
+}
+
 /// Brackets the kernel use of a worker of the thread pool.
 class KernelThread
 {
@@ -173,7 +182,7 @@ rc::Ref<HF::I_LSqlQuery> orbDuckDB_Database::MakeSqlQuery()
 HF::LLazy<QList<HF::LIdent>, false> orbDuckDB_Database::FetchIdents()
 {
     return IdentsBody(this, [] {
-        static const QString text = QString::fromLatin1(Queries::Idents);
+        static const QString text = WithExactPaths(Queries::Idents);
         return text;
     });
 }
@@ -181,7 +190,7 @@ HF::LLazy<QList<HF::LIdent>, false> orbDuckDB_Database::FetchIdents()
 HF::LLazy<QList<HF::LIdent>, false> orbDuckDB_Database::FetchSystemIdents()
 {
     return IdentsBody(this, [] {
-        static const QString text = QString::fromLatin1(
+        static const QString text = WithExactPaths(
             EngineVersionNumber() < 10200 ? Queries::SystemIdents : Queries::SystemIdentsSince102);
         return text;
     });

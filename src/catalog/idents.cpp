@@ -65,7 +65,7 @@ void Sort(std::vector<Place>& order)
 
 } // namespace
 
-HF::LIdent MakeIdent(const QString& path, const QString& kind)
+HF::LIdent MakeIdent(const QString& path, const QString& kind, QChar separator)
 {
     using Part = HF::LIdent::Part;
     const std::optional<HF::ELDbObjType> type = TypeOfKind(kind);
@@ -73,13 +73,13 @@ HF::LIdent MakeIdent(const QString& path, const QString& kind)
         return {};
     // There are hundreds of thousands of these: no text is made twice.
     const qsizetype size = path.size();
-    const qsizetype first = path.indexOf(u'\n');
+    const qsizetype first = path.indexOf(separator);
     if (first < 0)
         return HF::LIdent::FromParts(path, {Part{*type, size}});
-    const qsizetype second = path.indexOf(u'\n', first + 1);
-    const bool isField = *type == HF::DBOBJ_FIELD && (second < 0 || path.indexOf(u'\n', second + 1) < 0);
+    const qsizetype second = path.indexOf(separator, first + 1);
+    const bool isField = *type == HF::DBOBJ_FIELD && (second < 0 || path.indexOf(separator, second + 1) < 0);
     if (!isField && (second >= 0 || !MayHaveSchema(*type))) {
-        const QString name = path.mid(path.lastIndexOf(u'\n') + 1);
+        const QString name = path.mid(path.lastIndexOf(separator) + 1);
         return HF::LIdent::FromParts(name, {Part{*type, name.size()}});
     }
     QString fullName = path;
@@ -98,7 +98,10 @@ QList<HF::LIdent> ReadIdents(const rc::Ptr<HF::I_LCursor>& cursor)
 {
     QList<HF::LIdent> idents;
     const rc::Ptr<HF::I_LField> kind = cursor ? cursor->get_Field(QStringLiteral("fld_kind")) : nullptr;
-    const rc::Ptr<HF::I_LField> path = cursor ? cursor->get_Field(QStringLiteral("fld_ident")) : nullptr;
+    rc::Ptr<HF::I_LField> path = cursor ? cursor->get_Field(QStringLiteral("fld_path")) : nullptr;
+    const QChar separator = path ? u'\0' : u'\n';
+    if (cursor && !path)
+        path = cursor->get_Field(QStringLiteral("fld_ident"));
     if (!kind || !path)
         return idents;
     std::vector<HF::LIdent> read;
@@ -108,13 +111,13 @@ QList<HF::LIdent> ReadIdents(const rc::Ptr<HF::I_LCursor>& cursor)
         const rc::Ptr<HF::I_LSqlValue> value = kind->get_Value(-1);
         const auto* number = dynamic_cast<const HF::LValueIntegral*>(value.get());
         if (!number || number->get_IsNull()) {
-            read.push_back(MakeIdent(path->get_String(), kind->get_String()));
+            read.push_back(MakeIdent(path->get_String(), kind->get_String(), separator));
             continue;
         }
         QString& text = kinds[number->get_Int64()];
         if (text.isNull())
             text = value->get_String();
-        read.push_back(MakeIdent(path->get_String(), text));
+        read.push_back(MakeIdent(path->get_String(), text, separator));
     }
 
     // Views are cheaper to move about than idents.

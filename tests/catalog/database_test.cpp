@@ -51,7 +51,7 @@ TEST_F(DatabaseTest, NamesForCompletion)
 {
     Run(u"CREATE SCHEMA \"o dd\"; CREATE TABLE \"o dd\".\"t'1\"(\"c\"\"x\" INTEGER, b VARCHAR); CREATE TABLE plain(a INTEGER); "
         "CREATE VIEW \"o dd\".v AS SELECT 1 AS i; CREATE INDEX ix ON plain(a); CREATE SEQUENCE sq; "
-        "CREATE MACRO mac(x) AS x + 1; CREATE TYPE mood AS ENUM('x'); CREATE TEMP TABLE tmp(z INTEGER)"_s);
+        "CREATE MACRO mac(x) AS x + 1; CREATE TYPE mood AS ENUM('x'); CREATE TEMP TABLE tmp(z INTEGER); CREATE TABLE \"two\nlines\"(\"c\nd\" INTEGER)"_s);
     ASSERT_TRUE(errors.isEmpty()) << errors.first().toStdString();
     const QList<HF::LIdent> idents = Database().get_Idents().Force();
     QStringList shown, names;
@@ -62,7 +62,7 @@ TEST_F(DatabaseTest, NamesForCompletion)
     for (const char* expected :
          {"18:o dd", "18:main", "21:t'1", "18:o dd/21:t'1", "9:c\"x", "21:t'1/9:c\"x", "18:o dd/21:t'1/9:c\"x", "26:v",
           "18:o dd/26:v", "32:ix", "19:sq", "18:main/19:sq", "10:mac", "18:main/10:mac", "24:mood", "18:main/24:mood",
-          "21:tmp", "9:z"})
+          "21:tmp", "9:z", "18:main/21:two\nlines/9:c\nd"})
         EXPECT_TRUE(shown.contains(QString::fromUtf8(expected))) << expected;
     QStringList sorted = names;
     std::sort(sorted.begin(), sorted.end());
