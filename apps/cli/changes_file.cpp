@@ -72,7 +72,11 @@ private:
         if (!id)
             return QObject::tr("\"%1\" is no property of %2 \"%3\"")
                 .arg(text, object->get_ObjectTypeName(), object->get_Name());
-        return m_design->Change(object, *id, HF::ValueFor(object->get_Property(*id), value.toVariant()));
+        const HF::LProperty known = object->get_Property(*id);
+        if (known.flags & HF::PROPERTY_READONLY)
+            return QObject::tr("\"%1\" of %2 \"%3\" cannot be changed")
+                .arg(HF::LPropertyID::GetPropertyTitle(*id), object->get_ObjectTypeName(), object->get_Name());
+        return m_design->Change(object, *id, HF::ValueFor(known, value.toVariant()));
     }
 
     QString Create(const QJsonObject& change) const

@@ -2824,6 +2824,10 @@ Text: %3</translation>
         <source>could not read the list &quot;%1&quot; of %2 &quot;%3&quot;</source>
         <translation>Die Liste „%1“ von %2 „%3“ konnte nicht gelesen werden</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; of %2 &quot;%3&quot; cannot be changed</source>
+        <translation>„%1“ von %2 „%3“ lässt sich nicht ändern</translation>
+    </message>
 </context>
 <context>
     <name>ResultGrid</name>

@@ -90,6 +90,13 @@ TEST_F(ProgramTest, DesignDoesAllOrNothing)
     const RunResult bad = Run({"design", "t.duckdb", "bad.json"});
     EXPECT_EQ(bad.exitCode, 2);
     EXPECT_TRUE(bad.err.contains("entry 1"));
+    // What stays as it is says so, beside a change that could be made.
+    Write("fixed.json", R"([{"op":"change","object":"table:main.c","property":9,"value":"x"},
+                            {"op":"change","object":"field:main.c.n","property":"Position","value":1}])");
+    const RunResult fixed = Run({"design", "t.duckdb", "fixed.json", "--apply"});
+    EXPECT_EQ(fixed.exitCode, 2);
+    EXPECT_TRUE(fixed.err.contains("entry 2: \"Position\" of field \"n\" cannot be changed")) << fixed.err.toStdString();
+    EXPECT_EQ(Rows("t.duckdb", "SELECT count(*) n FROM duckdb_tables() WHERE comment = 'x'")[0].toArray()[0].toInt(), 0);
     Write("one.json", R"([{"op":"change","object":"table:main.c","property":9,"value":"x"}])");
     const RunResult locked = Run({"--read-only", "design", "t.duckdb", "one.json", "--apply"});
     EXPECT_EQ(locked.exitCode, 1);
