@@ -76,6 +76,15 @@ public:
     bool AllRead() const { return m_allRead; }
 
 protected:
+    /// Before the properties are shown: reading the lists publishes their counts.
+    void ReadLists(const Object& object, int depth)
+    {
+        if (!IsOpen(*object, m_extent, depth))
+            return;
+        for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists())
+            m_allRead = Read(*object, list) && m_allRead;
+    }
+
     Output& m_output;
     const Extent m_extent;
     bool m_allRead = true;
@@ -99,10 +108,7 @@ public:
         m_json.Text(object->get_Name());
         m_json.Key(u"icon");
         m_json.Text(object->get_Icon().Force());
-        // The lists come first: reading them publishes their counts.
-        if (IsOpen(*object, m_extent, depth))
-            for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists())
-                m_allRead = Read(*object, list) && m_allRead;
+        ReadLists(object, depth);
         m_json.Key(u"properties");
         m_json.BeginObject();
         for (const HF::LProperty& property : object->get_Properties()) {
@@ -151,6 +157,7 @@ public:
     void Print(const Object& object, int depth) override
     {
         Prepare(*object, m_extent);
+        ReadLists(object, depth);
         const QString indent(depth * 4, u' ');
         m_output.Write(QStringLiteral("%1%2 %3\n").arg(indent, object->get_ObjectTypeName(), object->get_NameForViews()));
         for (const HF::LProperty& property : object->get_Properties()) {
@@ -163,11 +170,9 @@ public:
         }
         if (!IsOpen(*object, m_extent, depth))
             return;
-        for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists()) {
-            m_allRead = Read(*object, list) && m_allRead;
+        for (const rc::Ref<HF::LSchemaItemList>& list : object->get_ChildLists())
             for (const auto& item : list->get_ItemsNow())
                 Print(item, depth + 1);
-        }
     }
 
 private:

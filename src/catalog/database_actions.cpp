@@ -4,7 +4,9 @@
 #include "catalog/makers.h"
 #include "connection/dumpable_connection.h"
 #include "connection/location.h"
+#include "hf/background.h"
 #include "hf/engine.h"
+#include "hf/main_thread.h"
 #include "hf/schema_item_list.h"
 #include "hf/services.h"
 
@@ -14,9 +16,12 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
+#include <QScopeGuard>
 #include <QUrl>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 
 namespace {
 
@@ -34,8 +39,20 @@ void RunBackup(const RcList<HF::LTreeItem>& items, const QVariant& argument)
     if (folder.isEmpty())
         folder = QFileDialog::getExistingDirectory(QApplication::activeWindow(), QObject::tr("Select backup folder"),
                                                    QString(), QFileDialog::ShowDirsOnly);
-    if (!folder.isEmpty())
+    if (folder.isEmpty())
+        return;
+    if (!HF::IsMainThread()) {
         database->Backup(folder);
+        return;
+    }
+    // A copy of a large file takes its time, and the window goes on meanwhile.
+    const auto done = std::make_shared<std::atomic<bool>>(false);
+    HF::RunOnWorker([database, folder, done] {
+        const auto atEnd = qScopeGuard([&] { done->store(true); });
+        database->Backup(folder);
+    });
+    while (!done->load())
+        HF::LYield();
 }
 
 void ShowOnDisk(const RcList<HF::LTreeItem>& items, const QVariant&)

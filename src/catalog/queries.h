@@ -92,17 +92,23 @@ inline constexpr char FieldsOfTable[] =
     "ends_with( column_default, CONCAT( 'AS ', data_type, ')' ) ) ) )";
 
 // A typed default looks like a generated column, and the cast of a generated
-// one may name the type in quotes: the table's own text tells them apart. Joined
-// rather than looked up for each column, which takes the engine three times as
-// long to plan. A join keeps no order of its own (1.1 turns it round).
+// one may name the type in quotes: the table's own text tells them apart, without
+// its string literals, which may hold anything, and, where a name stands bare,
+// without the names in quotes. Joined rather than looked up for each column, which
+// takes the engine three times as long to plan. A join keeps no order of its own
+// (1.1 turns it round).
+#define ORBIS_NO_STRINGS(text)                                                                                            \
+    "replace( regexp_replace( " text ", '(\"(?:[^\"]|\"\")*\")|''(?:[^'']|'''')*''', '\\1', 'g' ), '(', ' ' )"
+#define ORBIS_NO_QUOTES(text) "regexp_replace( " ORBIS_NO_STRINGS(text) ", '\"(?:[^\"]|\"\")*\"', '\"\"', 'g' )"
 #define ORBIS_COLUMNS_AND_TEXT                                                                                            \
-    "SELECT c.* FROM duckdb_columns() c LEFT JOIN ( SELECT replace( sql, '(', ' ' ) AS text FROM duckdb_tables() WHERE "   \
-    "table_name = $NAME AND schema_name = $PNAME AND database_name = $CATALOG ) t ON true WHERE c.table_name = $NAME AND " \
-    "c.schema_name = $PNAME AND c.database_name = $CATALOG AND "
+    "SELECT c.* FROM duckdb_columns() c LEFT JOIN ( SELECT " ORBIS_NO_STRINGS("sql") " AS quoted, " ORBIS_NO_QUOTES("sql") \
+    " AS bare FROM duckdb_tables() WHERE table_name = $NAME AND schema_name = $PNAME AND database_name = $CATALOG ) t "     \
+    "ON true WHERE c.table_name = $NAME AND c.schema_name = $PNAME AND c.database_name = $CATALOG AND "
 #define ORBIS_GENERATED_TEST                                                                                              \
-    "( starts_with( coalesce( c.column_default, '' ), 'CAST(' ) AND coalesce( contains( t.text, replace( ' ' || "           \
-    "c.column_name || ' ' || c.data_type || ' GENERATED ALWAYS AS ', '(', ' ' ) ) OR contains( t.text, replace( ' \"' || "  \
-    "replace( c.column_name, '\"', '\"\"' ) || '\" ' || c.data_type || ' GENERATED ALWAYS AS ', '(', ' ' ) ), false ) )"
+    "( starts_with( coalesce( c.column_default, '' ), 'CAST(' ) AND coalesce( contains( t.bare, replace( ' ' || "           \
+    "c.column_name || ' ', '(', ' ' ) || " ORBIS_NO_QUOTES("c.data_type") " || ' GENERATED ALWAYS AS ' ) OR "              \
+    "contains( t.quoted, replace( ' \"' || replace( c.column_name, '\"', '\"\"' ) || '\" ', '(', ' ' ) || "                  \
+    ORBIS_NO_STRINGS("c.data_type") " || ' GENERATED ALWAYS AS ' ), false ) )"
 
 inline constexpr char FieldsOfTableSince101[] =
     "-- UPDATE LIST OF FIELDS\n" ORBIS_COLUMNS_AND_TEXT "NOT " ORBIS_GENERATED_TEST " ORDER BY c.column_index";
@@ -119,6 +125,8 @@ inline constexpr char MethodsSince101[] =
 
 #undef ORBIS_GENERATED_TEST
 #undef ORBIS_COLUMNS_AND_TEXT
+#undef ORBIS_NO_QUOTES
+#undef ORBIS_NO_STRINGS
 
 inline constexpr char Indexes[] =
     "-- UPDATE LIST OF INDEXES\nSELECT * FROM duckdb_indexes() WHERE table_name = $NAME AND schema_name = $PNAME AND "

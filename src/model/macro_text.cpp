@@ -111,6 +111,8 @@ QString CallThatFails(const Macro& macro, const QString& schema)
 QString MacroText(const Macro& macro, const QString& schema)
 {
     QStringList overloads;
+    // The engine takes the comma behind a table's query for a part of the query.
+    const bool inBrackets = macro.isTable && macro.overloads.size() > 1;
     for (const Overload& overload : macro.overloads) {
         QStringList parameters;
         for (const MacroParameter& each : overload.parameters)
@@ -118,7 +120,8 @@ QString MacroText(const Macro& macro, const QString& schema)
                               + (each.defaultText.isEmpty() ? QString() : QLatin1String(" := ") + each.defaultText));
         const QString list = parameters.join(QLatin1String(", "));
         overloads.append((list.isEmpty() ? QStringLiteral("()") : QLatin1String("( ") + list + QLatin1String(" )"))
-                         + QLatin1String(macro.isTable ? " AS TABLE " : " AS ") + overload.body);
+                         + QLatin1String(macro.isTable ? " AS TABLE " : " AS ")
+                         + (inBrackets ? u'(' + overload.body + u')' : overload.body));
     }
     return QLatin1String("CREATE MACRO ") + QualifiedName(schema, macro.name) + overloads.join(QLatin1String(",\n\t"));
 }

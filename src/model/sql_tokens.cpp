@@ -3,6 +3,7 @@
 
 #include <QSet>
 
+#include <optional>
 #include <vector>
 
 namespace {
@@ -114,6 +115,31 @@ bool MayBeColumn(const std::vector<Token>& tokens, std::size_t i)
     return !named && (next != u"(" || tokens[i + 1].name);
 }
 
+/// Expression and type of a text that is one cast as a whole.
+std::optional<std::pair<QString, QString>> SplitCast(const QString& expression)
+{
+    const std::vector<Token> tokens = Split(expression);
+    if (tokens.size() < 6 || tokens[0].text.compare(u"CAST", Qt::CaseInsensitive) != 0 || tokens[1].text != u"("
+        || tokens.back().text != u")")
+        return std::nullopt;
+    int depth = 0;
+    std::size_t as = 0;
+    for (std::size_t i = 1; i < tokens.size(); ++i) {
+        if (tokens[i].name) {
+            if (depth == 1 && tokens[i].text.compare(u"AS", Qt::CaseInsensitive) == 0)
+                as = i;
+        } else if (tokens[i].text == u"(") {
+            ++depth;
+        } else if (tokens[i].text == u")" && --depth == 0 && i + 1 < tokens.size()) {
+            return std::nullopt; // the cast is only the beginning
+        }
+    }
+    if (as < 3)
+        return std::nullopt;
+    return std::pair(expression.mid(tokens[2].start, tokens[as].start - tokens[2].start).trimmed(),
+                     expression.mid(tokens[as].end, tokens.back().start - tokens[as].end).trimmed());
+}
+
 QString Quoted(QString name)
 {
     return u'"' + name.replace(u'"', QLatin1String("\"\"")) + u'"';
@@ -188,25 +214,14 @@ QHash<QString, QString> Collations(const QString& createTable)
 
 QString WithoutCast(const QString& expression)
 {
-    const std::vector<Token> tokens = Split(expression);
-    if (tokens.size() < 6 || tokens[0].text.compare(u"CAST", Qt::CaseInsensitive) != 0 || tokens[1].text != u"("
-        || tokens.back().text != u")")
-        return expression;
-    int depth = 0;
-    std::size_t as = 0;
-    for (std::size_t i = 1; i < tokens.size(); ++i) {
-        if (tokens[i].name) {
-            if (depth == 1 && tokens[i].text.compare(u"AS", Qt::CaseInsensitive) == 0)
-                as = i;
-        } else if (tokens[i].text == u"(") {
-            ++depth;
-        } else if (tokens[i].text == u")" && --depth == 0 && i + 1 < tokens.size()) {
-            return expression; // the cast is only the beginning
-        }
-    }
-    if (as < 3)
-        return expression;
-    return expression.mid(tokens[2].start, tokens[as].start - tokens[2].start).trimmed();
+    const auto cast = SplitCast(expression);
+    return cast ? cast->first : expression;
+}
+
+QString TypeOfCast(const QString& expression)
+{
+    const auto cast = SplitCast(expression);
+    return cast ? cast->second : QString();
 }
 
 QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, bool mayBeOther)

@@ -21,6 +21,8 @@ QHash<QString, QString> Collations(const QString& createTable);
 /// `CAST(x AS type)` without its cast, any other text as it is. The engine puts one
 /// around the expression of each generated column, whatever stands there already.
 QString WithoutCast(const QString& expression);
+/// The type of such a cast; empty for any other text.
+QString TypeOfCast(const QString& expression);
 
 /// Objects in lower case by their schema, in lower case.
 using Objects = QHash<QString, QSet<QString>>;

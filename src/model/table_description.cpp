@@ -74,6 +74,15 @@ bool TakesCollation(const QString& typeText)
            || SameName(typeText, QStringLiteral("String"));
 }
 
+/// Whether the type is the one that the database has.
+bool HasOwnType(const Object& field)
+{
+    const HF::I_LModelObject* const model = AsModel(field);
+    return !model
+        || !(model->IsPropertyChanged(PROP_TYPE_NAME) || model->IsPropertyChanged(PROP_ELEMENT_TYPE)
+             || model->IsPropertyChanged(PROP_ARRAY_SIZE) || model->IsPropertyChanged(PROP_TYPE_ARGUMENTS));
+}
+
 FieldDescription DescribeField(const Object& field, const QHash<QString, QString>& collations, const Renames& renames)
 {
     FieldDescription description;
@@ -89,6 +98,10 @@ FieldDescription DescribeField(const Object& field, const QHash<QString, QString
         const QString text = Expression(field, PROP_METHOD_EXPRESSION, renames);
         const bool fromEngine = !AsModel(field) || IsOfOldNames(field, PROP_METHOD_EXPRESSION);
         description.generatedExpression = fromEngine ? SqlTokens::WithoutCast(text) : text;
+        // The engine cannot keep a generated column whose type has an enum written out inside; the cast names it.
+        if (fromEngine && description.typeText.contains(QLatin1String("ENUM(")) && HasOwnType(field))
+            if (const QString type = SqlTokens::TypeOfCast(text); !type.isEmpty())
+                description.typeText = type;
     } else {
         description.defaultText = field->GetString(PROP_DEFAULT);
         description.collation = field->GetString(PROP_COLLATION);

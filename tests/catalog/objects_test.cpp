@@ -66,6 +66,16 @@ TEST_F(ObjectsTest, GeneratedColumnsAreToldFromTypedDefaults)
     EXPECT_EQ(table->get_Field(7)->get_Name(), u"g");
     EXPECT_FALSE(table->get_Field(-1));
     EXPECT_FALSE(table->get_Field(11));
+
+    // Nothing that a literal, a name or a type holds makes a stored column a generated one, nor the other way.
+    Execute(QStringLiteral(
+        "CREATE TABLE words(q INTEGER DEFAULT CAST(7 AS INTEGER), n VARCHAR DEFAULT 'q INTEGER GENERATED ALWAYS AS (1)', "
+        "\"it's\" INTEGER DEFAULT CAST(8 AS INTEGER), \"k q INTEGER GENERATED ALWAYS AS \" INTEGER, "
+        "CHECK (n <> ', \"it''s\" INTEGER GENERATED ALWAYS AS (1)'), e ENUM('x', 'it''s (', '\"') GENERATED ALWAYS AS ('x'), "
+        "s STRUCT(\"a ' b\" INTEGER, c ENUM('\"')) GENERATED ALWAYS AS (NULL), \"g'(\" INTEGER GENERATED ALWAYS AS (q))"));
+    Schema()->UpdateChildObjects(HF::TYPE_TABLE);
+    EXPECT_EQ(Names(Table(QStringLiteral("words")), HF::TYPE_FIELD), List({"q", "n", "it's", "k q INTEGER GENERATED ALWAYS AS "}));
+    EXPECT_EQ(Names(Table(QStringLiteral("words")), HF::TYPE_METHOD), List({"e", "s", "g'("}));
 }
 
 TEST_F(ObjectsTest, NamesThatNeedCare)

@@ -22,6 +22,7 @@ CREATE MACRO "o dd"."odd name"("a b", "select" := [1, 2], d := 'x, y := )''') AS
 CREATE MACRO typed(a INTEGER, b VARCHAR := 'q') AS a || b;
 CREATE MACRO rows_of(n, d := DATE '2020-01-01') AS TABLE SELECT range AS i, d AS d FROM range(n);
 CREATE MACRO noargs() AS 42;
+CREATE MACRO forms_of(a) AS TABLE (SELECT a), (a, b := 'x') AS TABLE (SELECT a, b UNION ALL SELECT 1, ')');
 CREATE MACRO "for$$ms"(a) AS a + 1;
 CREATE MACRO "for$$ms"(a, b) AS TABLE SELECT a, b;
 COMMENT ON MACRO plus IS 'adds; sometimes';
@@ -54,6 +55,8 @@ y", z);
 CREATE TABLE tree(id INTEGER PRIMARY KEY, up INTEGER REFERENCES tree(id), other INTEGER REFERENCES tree(id));
 CREATE TABLE gen(z INTEGER, g INTEGER GENERATED ALWAYS AS (z * 2), y DATE DEFAULT DATE '2020-01-01',
     h VARCHAR AS (upper(t)), t VARCHAR COLLATE NOCASE, CHECK (z > 0), UNIQUE (z, t), UNIQUE (y));
+CREATE TABLE moods(x INTEGER, l mood[] GENERATED ALWAYS AS (NULL), st STRUCT(m mood, b INTEGER) GENERATED ALWAYS AS (NULL));
+INSERT INTO moods VALUES (1);
 CREATE TABLE usesmacro(a INTEGER DEFAULT (plus(1)), CHECK (plus(a) > 0));
 CREATE TABLE defaults(a VARCHAR DEFAULT '007', b VARCHAR DEFAULT '', c VARCHAR DEFAULT 'null', d INTEGER DEFAULT NULL,
     e VARCHAR DEFAULT 'E', f TIMESTAMP DEFAULT now(), g DOUBLE DEFAULT 1e5, h BOOLEAN DEFAULT true, i INTEGER NOT NULL DEFAULT -1,

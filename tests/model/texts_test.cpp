@@ -311,6 +311,8 @@ TEST(SqlTokensTest, RenamesColumnsAndNothingElse)
                              {"CAST(a AS INTEGER) + 1", "CAST(a AS INTEGER) + 1"}, {"(CAST(a AS INTEGER))", "(CAST(a AS INTEGER))"},
                              {"CAST((a || ' AS ') AS \"DATE\")", "(a || ' AS ')"}, {"lower(a)", "lower(a)"}})
         EXPECT_EQ(SqlTokens::WithoutCast(pair.before).toStdString(), pair.after);
+    EXPECT_EQ(SqlTokens::TypeOfCast("CAST('a AS b)' AS STRUCT(a \"m t\", b INTEGER)[])"), "STRUCT(a \"m t\", b INTEGER)[]");
+    EXPECT_EQ(SqlTokens::TypeOfCast("CAST(a AS INTEGER) + 1"), "");
     const auto collations = SqlTokens::Collations(
         "CREATE TABLE t(a VARCHAR COLLATE nocase, \"B b\" VARCHAR COLLATE de.noaccent DEFAULT('COLLATE x'), c STRUCT(a VARCHAR), CHECK((a COLLATE x > '')));");
     EXPECT_EQ(collations.value("a"), "nocase");
