@@ -2828,6 +2828,26 @@ Text: %3</translation>
         <source>&quot;%1&quot; of %2 &quot;%3&quot; cannot be changed</source>
         <translation>„%1“ von %2 „%3“ lässt sich nicht ändern</translation>
     </message>
+    <message>
+        <source>%1 could not be read</source>
+        <translation>%1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>The list &quot;%1&quot; of &quot;%2&quot;</source>
+        <translation>Die Liste „%1“ von „%2“</translation>
+    </message>
+    <message>
+        <source>The macros of &quot;%1&quot;</source>
+        <translation>Die Liste der Makros von „%1“</translation>
+    </message>
+    <message>
+        <source>The catalogue</source>
+        <translation>Der Katalog</translation>
+    </message>
+    <message>
+        <source>The types of &quot;%1&quot;</source>
+        <translation>Die Liste der Typen von „%1“</translation>
+    </message>
 </context>
 <context>
     <name>ResultGrid</name>

@@ -174,6 +174,45 @@ QString orbDuckDB_Database::get_CatalogName() const
     return name.isEmpty() ? get_Name() : name;
 }
 
+rc::Ptr<HF::I_LCursor> orbDuckDB_Database::SelectCatalog(const QString& text)
+{
+    constexpr int flags = HF::QUERY_BACKGROUND | HF::QUERY_SILENT_ERROR;
+    const auto select = [&](const QString& query, QString& error) -> rc::Ptr<HF::I_LCursor> {
+        const QList<HF::LQueryResult> results =
+            SqlQuery(query, flags, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD);
+        if (!HF::IsQuerySuccess(results)) {
+            error = HF::GetQueryErrors(results);
+            return nullptr;
+        }
+        return results.last().Cursor;
+    };
+    QString error;
+    if (const rc::Ptr<HF::I_LCursor> cursor = select(text, error))
+        return cursor;
+    if (error.contains(QLatin1String("does not exist"))) {
+        const rc::Ref<HF::I_LSqlQuery> query = MakeSqlQuery();
+        const rc::Ptr<rc::RefCounted> hold = query->HoldSession(); // nobody else sees the other path
+        QString ignored;
+        const rc::Ptr<HF::I_LCursor> paths = select(QString::fromLatin1(Queries::WidePath), ignored);
+        if (paths && paths->FirstRecord()) {
+            const auto set = [&](int column) {
+                return HF::IsQuerySuccess(SqlQuery(QLatin1String("SET search_path = ")
+                                                       + HF::QuoteText(paths->get_Field(column)->get_String()),
+                                                   flags | HF::QUERY_NO_LOG, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC,
+                                                   HF::CURSOR_FORWARD));
+            };
+            if (set(1)) {
+                const rc::Ptr<HF::I_LCursor> cursor = select(text, error);
+                set(0);
+                if (cursor)
+                    return cursor;
+            }
+        }
+    }
+    HF::LogError(error);
+    return nullptr;
+}
+
 rc::Ref<HF::I_LSqlQuery> orbDuckDB_Database::MakeSqlQuery()
 {
     return rc::make<orbDuckDB_SqlQuery>(get_Connection(), rc::self<HF::I_LDatabase>(this), m_engine.Force());

@@ -58,6 +58,9 @@ public:
     void WarmCatalog() override;
 
     bool CanBeOpenedAgain() const override;
+    /// Once more along all schemas, when the engine lists no constraint at all because the check of
+    /// one names a type or macro of its own schema.
+    rc::Ptr<HF::I_LCursor> SelectCatalog(const QString& text) override;
     QString get_CatalogName() const override;
 
     int get_StorageKind() const { return m_storageKind; }

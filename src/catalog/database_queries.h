@@ -56,6 +56,11 @@ inline constexpr char SystemIdentsSince102[] =
 
 inline constexpr char AnyColumn[] = "SELECT 1 FROM duckdb_columns() LIMIT 1";
 inline constexpr char CurrentCatalog[] = "SELECT current_catalog()";
+// The session's path, and one that goes on through all schemas.
+inline constexpr char WidePath[] =
+    "SELECT current_setting('search_path'), coalesce( nullif( current_setting('search_path'), '' ), 'main' ) || ( SELECT "
+    "coalesce( string_agg( ',\"' || replace( database_name, '\"', '\"\"' ) || '\".\"' || replace( schema_name, '\"', '\"\"' ) || "
+    "'\"', '' ORDER BY schema_name ), '' ) FROM duckdb_schemas() WHERE database_name = current_catalog() AND NOT internal )";
 inline constexpr char SearchPath[] = "SELECT current_setting('search_path')";
 
 // The engine knows no such pragma, and did not in any version from 1.1 on;

@@ -261,8 +261,7 @@ BoolLazy orbDuckDB_FieldBase::UpdatePropertyImpl(int id)
                                                     {QStringLiteral("INDEX_ON"), indexOn}});
     bool indexed = false;
     bool unique = false;
-    if (const rc::Ptr<HF::I_LCursor> cursor = database->SqlSelect(text, 0, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC,
-                                                                  HF::CURSOR_FORWARD)) {
+    if (const rc::Ptr<HF::I_LCursor> cursor = database->SelectCatalog(text)) {
         const rc::Ptr<HF::I_LField> flag = cursor->get_Field(0);
         for (bool more = cursor->FirstRecord(); more && !unique; more = cursor->NextRecord()) {
             indexed = true;

@@ -1,56 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dump/dump_order.h"
 
+#include "model/sql_tokens.h"
+
 #include <QHash>
 
 #include <algorithm>
 
 namespace {
 
-struct Token
+QString Reference(const SqlTokens::Name& name)
 {
-    QString text;
-    bool isName = false;
-    bool isString = false;
-    bool isQuoted = false; ///< a name that is no keyword, whatever it reads
-};
-
-QList<Token> Tokens(const QString& text)
-{
-    QList<Token> tokens;
-    for (qsizetype i = 0; i < text.size();) {
-        const QChar c = text.at(i);
-        if (c == u'\'' || c == u'"') {
-            QString content;
-            for (++i; i < text.size(); ++i) {
-                if (text.at(i) == c) {
-                    if (i + 1 >= text.size() || text.at(i + 1) != c)
-                        break;
-                    ++i;
-                }
-                content += text.at(i);
-            }
-            ++i;
-            tokens.append({content, c == u'"', c == u'\'', c == u'"'});
-        } else if (c.isLetterOrNumber() || c == u'_') {
-            const qsizetype start = i;
-            while (i < text.size() && (text.at(i).isLetterOrNumber() || text.at(i) == u'_' || text.at(i) == u'$'))
-                ++i;
-            tokens.append({text.mid(start, i - start), true, false});
-        } else {
-            if (!c.isSpace())
-                tokens.append({c, false, false});
-            ++i;
-        }
-    }
-    return tokens;
-}
-
-bool IsOneOf(const Token& token, std::initializer_list<const char*> words)
-{
-    return !token.isQuoted && std::any_of(words.begin(), words.end(), [&](const char* each) {
-        return token.text.compare(QLatin1String(each), Qt::CaseInsensitive) == 0;
-    });
+    const qsizetype size = name.parts.size();
+    return ((size > 1 ? name.parts[size - 2].text : QString()) + u'\n' + name.parts.last().text).toLower();
 }
 
 class Sorter
@@ -103,7 +65,7 @@ private:
                 add(object.schema + u'\n' + parent.toLower(),
                     [](HF::ELObjectType type) { return type == HF::TYPE_TABLE; });
         else
-            for (const QString& relation : references.relations)
+            for (const QString& relation : references.relations + references.quoted)
                 add(relation, [](HF::ELObjectType type) { return type != HF::TYPE_FUNCTION; });
         std::sort(needed.begin(), needed.end());
         return needed;
@@ -120,48 +82,19 @@ private:
 orbDuckDB_References ReferencesOf(const QString& text)
 {
     orbDuckDB_References references;
-    const QList<Token> tokens = Tokens(text);
-    const auto isMark = [&](qsizetype index, char16_t mark) {
-        return index >= 0 && index < tokens.size() && !tokens[index].isName && !tokens[index].isString
-            && tokens[index].text == QChar(mark);
-    };
-    QList<bool> inFrom{false};
-    bool expected = false; // a relation comes next
-    for (qsizetype i = 0; i < tokens.size(); ++i) {
-        const Token& token = tokens[i];
-        if (token.isString) {
-            references.words.insert(token.text.toLower());
-            expected = false;
-        } else if (!token.isName) {
-            if (isMark(i, u'('))
-                inFrom.append(expected);
-            else if (isMark(i, u')') && inFrom.size() > 1)
-                inFrom.removeLast();
-            expected = isMark(i, u'(') ? expected : isMark(i, u',') && inFrom.last();
-        } else if (IsOneOf(token, {"FROM", "JOIN", "PIVOT", "UNPIVOT", "DESCRIBE", "SUMMARIZE"})) {
-            inFrom.last() = expected = true;
-        } else if (expected && IsOneOf(token, {"SELECT", "VALUES", "LATERAL", "WITH"})) {
-            expected = false;
-            inFrom.last() = false;
-        } else if (IsOneOf(token, {"WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT",
-                                        "QUALIFY", "WINDOW", "SELECT"})) {
-            inFrom.last() = expected = false;
-        } else {
-            // A name with what stands before its dots.
-            QStringList parts{token.text};
-            while (isMark(i + 1, u'.') && i + 2 < tokens.size() && tokens[i + 2].isName) {
-                parts.append(tokens[i + 2].text);
-                i += 2;
-            }
-            const QString last = parts.takeLast().toLower();
-            const QString reference = (parts.isEmpty() ? QString() : parts.last().toLower()) + u'\n' + last;
-            if (parts.isEmpty())
-                references.words.insert(last);
-            if (isMark(i + 1, u'('))
-                references.calls.insert(reference);
-            else if (expected)
-                references.relations.insert(reference);
-            expected = false;
+    for (const SqlTokens::Name& name : SqlTokens::Names(text)) {
+        const QString last = name.parts.last().text.toLower();
+        if (name.isString || name.parts.size() == 1)
+            references.words.insert(last);
+        if (name.isString) {
+            // What query() and query_table() get names relations as well.
+            for (const SqlTokens::Name& inner : SqlTokens::Names(QLatin1String("FROM ") + name.parts[0].text))
+                if (!inner.isString)
+                    references.quoted.insert(Reference(inner));
+        } else if (name.isCall) {
+            references.calls.insert(Reference(name));
+        } else if (name.isRelation) {
+            references.relations.insert(Reference(name));
         }
     }
     return references;

@@ -24,6 +24,7 @@ struct orbDuckDB_References
 {
     QSet<QString> relations; ///< what stands where a table may stand
     QSet<QString> calls;     ///< what is called
+    QSet<QString> quoted;    ///< what stands in strings, where query() may find relations
     QSet<QString> words;     ///< unqualified names of any kind, and what single strings hold
 };
 

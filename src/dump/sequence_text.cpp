@@ -9,11 +9,25 @@
 QString ContinueSequence(HF::I_LSchemaObject& sequence)
 {
     const std::optional<HF::LProperty> known = sequence.HasProperty(PROP_SEQ_LAST_VALUE);
-    if (!known || known->value.ToString().isEmpty())
-        return {}; // never used
     const long increment = sequence.GetLongOr(PROP_SEQ_INCREMENT, 1);
     const long minimum = sequence.GetLong(PROP_SEQ_MIN);
     const long maximum = sequence.GetLong(PROP_SEQ_MAX);
+    // At the very end of the numbers the engine gives none, not even the one that stands there.
+    const auto takeOne = [&](long start) {
+        long behind = 0;
+        return __builtin_add_overflow(start, increment, &behind)
+            ? QString()
+            : QLatin1String("SELECT nextval(") + QuoteStringLiteral(sequence.get_NameForQuery(true)) + u')';
+    };
+    if (!known || known->value.ToString().isEmpty()) {
+        const long start = sequence.GetLong(PROP_SEQ_START);
+        if (start >= minimum && start <= maximum)
+            return {}; // never used
+        // A counter that ran over the range of its numbers: at its end.
+        const long end = increment > 0 ? maximum : minimum;
+        sequence.AssignPropertyValueSilent(PROP_SEQ_START, end);
+        return sequence.GetBool(PROP_SEQ_CYCLE) ? QString() : takeOne(end);
+    }
     // In a file that was opened again the engine shows the next value as the last
     // one, even beyond the end. Which of the two it is does not show: one value may
     // be left out, none comes twice.
@@ -27,8 +41,7 @@ QString ContinueSequence(HF::I_LSchemaObject& sequence)
         sequence.AssignPropertyValueSilent(PROP_SEQ_START, increment > 0 ? minimum : maximum);
     } else {
         sequence.AssignPropertyValueSilent(PROP_SEQ_START, last);
-        statement = QLatin1String("SELECT nextval(")
-            + QuoteStringLiteral(sequence.get_NameForQuery(true)) + u')';
+        statement = takeOne(last);
     }
     // Nothing is left to be done about it.
     sequence.AssignPropertyValueSilent(PROP_SEQ_LAST_VALUE, HF::LVariant::EmptyLong());
@@ -48,8 +61,11 @@ QString WithZeroBounds(const QString& text, const HF::I_LSchemaObject& sequence)
     if (clauses.isEmpty())
         return text;
     QString result = text;
-    // Behind the name, which ends the first line.
-    const QString head = QLatin1String("CREATE SEQUENCE ") + sequence.get_NameForQuery(true);
+    // Behind the increment, which sets the bounds anew, or else behind the name, which ends the first line.
+    QString head = QLatin1String("CREATE SEQUENCE ") + sequence.get_NameForQuery(true);
+    const QString increment = QLatin1String("\nINCREMENT ") + QString::number(sequence.GetLong(PROP_SEQ_INCREMENT));
+    if (result.startsWith(head + increment + u'\n'))
+        head += increment;
     if (result.startsWith(head))
         result.insert(head.size(), u'\n' + clauses.chopped(1));
     return result;

@@ -3,6 +3,7 @@
 
 #include "dump/sequence_text.h"
 #include "hf/engine.h"
+#include "hf/schema_item_list.h"
 #include "hf/sql_text.h"
 #include "hf/values.h"
 #include "model/macro_text.h"
@@ -42,6 +43,14 @@ void SortColumns(orbDuckDB_DescTable& description, const HF::I_LTable& table)
                      [&](const FieldDescription& a, const FieldDescription& b) {
                          return positions.value(a.name) < positions.value(b.name);
                      });
+}
+
+/// What cannot be read must not look like what is not there.
+template <class T> T Need(std::optional<T> read, const QString& what)
+{
+    if (!read)
+        throw nub::xException(QObject::tr("%1 could not be read").arg(what).toUtf8().constData());
+    return std::move(*read);
 }
 
 } // namespace
@@ -148,7 +157,7 @@ void orbDuckDB_TaskMakeDump::WriteDump()
         if (Options.Clean)
             WriteDrops();
         if (withSchemas) {
-            WriteSchemas(HF::KIND_CREATE);
+            WriteSchemas();
             WriteTypes(false);
             WriteSequences();
         }
@@ -163,6 +172,13 @@ void orbDuckDB_TaskMakeDump::WriteDump()
 
 // What there is
 
+void orbDuckDB_TaskMakeDump::NeedLists(HF::I_LSchemaObject& object, std::initializer_list<HF::ELObjectType> types) const
+{
+    for (const HF::ELObjectType type : types)
+        if (const rc::Ptr<HF::LSchemaItemList> list = object.get_ChildList(type); list && !list->BuildList() && !IsCancelled())
+            Need<int>(std::nullopt, QObject::tr("The list \"%1\" of \"%2\"").arg(list->get_ListInfo().word, object.get_Name()));
+}
+
 bool orbDuckDB_TaskMakeDump::GatherSchemas()
 {
     if (Scope >= orbDuckDB_DumpRequest::TablesOnly)
@@ -170,6 +186,7 @@ bool orbDuckDB_TaskMakeDump::GatherSchemas()
     QStringList asked;
     for (const rc::Ref<HF::I_LSchemaObject>& schema : m_askedSchemas)
         asked.append(schema->get_Name());
+    NeedLists(*m_source, {HF::TYPE_SCHEMA});
     for (const rc::Ref<HF::I_LSchemaObject>& schema : m_source->get_ChildObjects(HF::TYPE_SCHEMA).Force())
         if (!schema->get_IsSystem() && (Scope == orbDuckDB_DumpRequest::WholeDatabase || asked.contains(schema->get_Name())))
             Schemas.append(schema);
@@ -188,12 +205,14 @@ bool orbDuckDB_TaskMakeDump::GatherTables()
     }
     RcList<HF::I_LTable> tables;
     QMap<QString, QStringList> names;
+    NeedLists(*m_source, {HF::TYPE_SCHEMA});
     for (const rc::Ref<HF::I_LSchemaObject>& each : m_source->get_ChildObjects(HF::TYPE_SCHEMA).Force()) {
         const auto schema = rc::cast<HF::I_LSchema>(each);
         const bool whole = std::any_of(Schemas.begin(), Schemas.end(), [&](const auto& s) { return s.get() == each.get(); });
         const QStringList wanted = SelectedNames.value(each->get_Name());
         if (!schema || each->get_IsSystem() || (!whole && wanted.isEmpty()))
             continue;
+        NeedLists(*each, {HF::TYPE_TABLE, HF::TYPE_LINK});
         for (const rc::Ref<HF::I_LTable>& table : schema->get_Tables())
             if (whole ? !table->GetBoolOr(PROP_TEMPORARY, false) : wanted.contains(table->get_Name())) {
                 tables.append(table);
@@ -216,6 +235,7 @@ bool orbDuckDB_TaskMakeDump::GatherTables()
 
 void orbDuckDB_TaskMakeDump::AddTable(const rc::Ref<HF::I_LTable>& table)
 {
+    NeedLists(*table, {HF::TYPE_FIELD, HF::TYPE_METHOD, HF::TYPE_CHECK, HF::TYPE_INDEX, HF::TYPE_UNIQUE, HF::TYPE_LINK});
     orbDuckDB_DescTable description = DescribeTable(rc::Ref<const HF::I_LSchemaObject>(table));
     const QString schema = SchemaOf(*table);
     // A key to a table outside the dump would lead nowhere.
@@ -235,7 +255,8 @@ void orbDuckDB_TaskMakeDump::AddTable(const rc::Ref<HF::I_LTable>& table)
 /// One object for all overloads of a name.
 void orbDuckDB_TaskMakeDump::AddMacros(const rc::Ref<HF::I_LSchemaObject>& schema)
 {
-    const MacroTexts texts = ReadMacroTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name());
+    const MacroTexts texts = Need(ReadMacroTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name()),
+                                  QObject::tr("The macros of \"%1\"").arg(schema->get_Name()));
     QSet<QPair<QString, bool>> done;
     QList<orbDuckDB_DumpObject> macros;
     for (const rc::Ref<HF::I_LSchemaObject>& function : schema->get_ChildObjects(HF::TYPE_FUNCTION).Force()) {
@@ -263,6 +284,7 @@ void orbDuckDB_TaskMakeDump::GatherObjects()
         if (!IsCancelled())
             AddTable(table);
     for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas) {
+        NeedLists(*schema, {HF::TYPE_VIEW, HF::TYPE_FUNCTION, HF::TYPE_SEQUENCE});
         QList<orbDuckDB_DumpObject> views;
         for (const rc::Ref<HF::I_LSchemaObject>& view : schema->get_ChildObjects(HF::TYPE_VIEW).Force())
             if (!view->GetBoolOr(PROP_TEMPORARY, false))
@@ -293,6 +315,8 @@ void orbDuckDB_TaskMakeDump::GatherNames()
     const auto read = [&](const QString& query, const auto& take) {
         const rc::Ptr<HF::I_LCursor> cursor =
             m_source->SqlSelect(query, Flags, {}, HF::CURSOR_CLIENT, HF::LOCK_OPTIMISTIC, HF::CURSOR_FORWARD);
+        if (!cursor && !IsCancelled())
+            Need<int>(std::nullopt, QObject::tr("The catalogue"));
         for (bool more = cursor && cursor->FirstRecord(); more; more = cursor->NextRecord())
             take(cursor->get_Field(0)->get_String(), cursor->get_Field(1)->get_String());
     };
@@ -305,18 +329,21 @@ void orbDuckDB_TaskMakeDump::GatherNames()
                                                                                                     : QStringLiteral("internal")));
     read(lists.join(QLatin1String(" UNION ALL ")), [&](const QString& schema, const QString& name) {
         m_names[schema].insert(name);
-        m_ownNameIsShared |= name == m_ownName.toLower() || schema == m_ownName.toLower();
+        if (name == m_ownName.toLower())
+            m_otherBearer = std::max(m_otherBearer, SqlTokens::OtherBearer::Column); // an object, or a column
     });
-    read(QStringLiteral("SELECT 1, 1 FROM duckdb_columns() WHERE database_name = current_catalog() AND lower( column_name ) = lower( "
-                        "current_catalog() ) UNION ALL SELECT 1, 1 FROM duckdb_schemas() WHERE database_name = current_catalog() "
-                        "AND lower( schema_name ) = lower( current_catalog() ) LIMIT 1"),
-         [&](const QString&, const QString&) { m_ownNameIsShared = true; });
+    read(QStringLiteral("SELECT 1, 0 FROM duckdb_columns() WHERE database_name = current_catalog() AND lower( column_name ) = lower( "
+                        "current_catalog() ) UNION ALL SELECT 2, 0 FROM duckdb_schemas() WHERE database_name = current_catalog() "
+                        "AND lower( schema_name ) = lower( current_catalog() )"),
+         [&](const QString& kind, const QString&) {
+             m_otherBearer = std::max(m_otherBearer, kind == u"2" ? SqlTokens::OtherBearer::Schema : SqlTokens::OtherBearer::Column);
+         });
 }
 
 /// The dump is to go into databases of other names.
 QString orbDuckDB_TaskMakeDump::WithoutOwnName(const QString& text) const
 {
-    return SqlTokens::WithoutCatalog(text, m_ownName, m_names, m_ownNameIsShared);
+    return SqlTokens::WithoutCatalog(text, m_ownName, m_names, m_otherBearer);
 }
 
 /// The engine's own count is near enough for telling how far the dump is.
@@ -347,8 +374,31 @@ void orbDuckDB_TaskMakeDump::Write(QString text)
 
 void orbDuckDB_TaskMakeDump::Write(const rc::Ref<HF::I_LSchemaObject>& object, HF::ELQueryKind kind)
 {
-    Write(WithoutOwnName(object->get_DatabaseEngine()->GenerateQuery(rc::Ref<const HF::I_LSchemaObject>(object), kind, -1,
-                                                                     HF::LVariant::Empty(), kind == HF::KIND_CREATE ? 4 : 0)));
+    const QString text = object->get_DatabaseEngine()->GenerateQuery(rc::Ref<const HF::I_LSchemaObject>(object), kind, -1,
+                                                                     HF::LVariant::Empty(), kind == HF::KIND_CREATE ? 4 : 0);
+    if (kind != HF::KIND_CREATE || (object->get_ObjectType() != HF::TYPE_VIEW && object->get_ObjectType() != HF::TYPE_FUNCTION)) {
+        Write(WithoutOwnName(text));
+        return;
+    }
+    const QString shorter = WithoutOwnName(text);
+    Write(SqlTokens::WithBareValues(shorter == text || object->get_ObjectType() != HF::TYPE_VIEW ? shorter
+                                                                                                : WithColumnNames(shorter, *object)));
+}
+
+/// A column that has no name in the view's text goes by the expression's own words, which are others now.
+QString orbDuckDB_TaskMakeDump::WithColumnNames(QString text, HF::I_LSchemaObject& view) const
+{
+    const QStringList columns = view.get_ChildObjectsNames(HF::TYPE_FIELD);
+    const QList<SqlTokens::Name> names = SqlTokens::Names(text);
+    qsizetype word = 0;
+    while (word + 1 < names.size() && names[word].parts[0].text.compare(u"VIEW", Qt::CaseInsensitive) != 0)
+        ++word;
+    if (word + 1 >= names.size() || names[word + 1].isCall || columns.filter(m_ownName, Qt::CaseInsensitive).isEmpty())
+        return text;
+    QStringList quoted;
+    for (const QString& column : columns)
+        quoted.append(EngineQuoteName(column, rc::Ref<const HF::I_LSchemaObject>(rc::self<HF::I_LSchemaObject>(&view))));
+    return text.insert(names[word + 1].parts.last().end, QLatin1String(" (") + quoted.join(QLatin1String(", ")) + u')');
 }
 
 void orbDuckDB_TaskMakeDump::WriteHeader()
@@ -356,6 +406,12 @@ void orbDuckDB_TaskMakeDump::WriteHeader()
     Output().Write(QStringLiteral("--\n-- Orbis Studio --\n-- DuckDB dump --\n"));
     Output().Write(QLatin1String("\n-- ") + QObject::tr("Application homepage:") + u' ' + QLatin1String(DumpHomepage));
     Output().Write(QStringLiteral("\n--\n\n"));
+}
+
+/// What is not in the dump must not go with what is.
+QString orbDuckDB_TaskMakeDump::Cascade() const
+{
+    return Scope == orbDuckDB_DumpRequest::WholeDatabase ? QStringLiteral(" CASCADE") : QString();
 }
 
 void orbDuckDB_TaskMakeDump::WriteDrops()
@@ -372,22 +428,25 @@ void orbDuckDB_TaskMakeDump::WriteDrops()
         for (const rc::Ref<HF::I_LSchemaObject>& sequence : schema->get_ChildObjects(HF::TYPE_SEQUENCE).Force())
             if (!IsCancelled() && !sequence->GetBoolOr(PROP_TEMPORARY, false))
                 // A first load finds nothing to drop.
-                Write(QLatin1String("DROP SEQUENCE IF EXISTS ") + sequence->get_NameForQuery(true) + QLatin1String(" CASCADE"));
+                Write(QLatin1String("DROP SEQUENCE IF EXISTS ") + sequence->get_NameForQuery(true) + Cascade());
     WriteTypes(true);
-    WriteSchemas(HF::KIND_DROP);
+    for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas)
+        if (!IsCancelled() && schema->get_Name() != u"main" && !schema->get_IsSystem())
+            Write(QLatin1String("DROP SCHEMA IF EXISTS ") + schema->get_NameQuoted() + Cascade());
 }
 
-void orbDuckDB_TaskMakeDump::WriteSchemas(HF::ELQueryKind kind)
+void orbDuckDB_TaskMakeDump::WriteSchemas()
 {
     for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas)
         if (!IsCancelled() && schema->get_Name() != u"main" && !schema->get_IsSystem())
-            Write(schema, kind);
+            Write(schema, HF::KIND_CREATE);
 }
 
 void orbDuckDB_TaskMakeDump::WriteTypes(bool drop)
 {
     for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas)
-        for (const TypeText& type : ReadTypeTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name()))
+        for (const TypeText& type : Need(ReadTypeTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name()),
+                                         QObject::tr("The types of \"%1\"").arg(schema->get_Name())))
             if (!IsCancelled())
                 Write(drop ? type.drop : type.create);
 }

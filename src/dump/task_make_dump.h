@@ -39,12 +39,16 @@ private:
     void GatherObjects();
     void GatherNames();
     QString WithoutOwnName(const QString& text) const;
+    QString WithColumnNames(QString text, HF::I_LSchemaObject& view) const;
+    QString Cascade() const;
+    /// Throws when a list cannot be read.
+    void NeedLists(HF::I_LSchemaObject& object, std::initializer_list<HF::ELObjectType> types) const;
     void CountRows();
     void AddTable(const rc::Ref<HF::I_LTable>& table);
     void AddMacros(const rc::Ref<HF::I_LSchemaObject>& schema);
     void WriteHeader();
     void WriteDrops();
-    void WriteSchemas(HF::ELQueryKind kind);
+    void WriteSchemas();
     void WriteTypes(bool drop);
     void WriteSequences();
     void WriteObjects();
@@ -69,7 +73,7 @@ private:
     QList<orbDuckDB_DumpObject> m_objects; ///< tables, views and macros in the order of their making
     SqlTokens::Objects m_names; ///< of all that the database holds
     QString m_ownName; ///< of the database, as a catalogue
-    bool m_ownNameIsShared = false; ///< something in the database bears it, too
+    SqlTokens::OtherBearer m_otherBearer = SqlTokens::OtherBearer::None; ///< of that name
     QHash<QString, QString> m_texts; ///< of tables, by schema and name
     QString m_path;
 };

@@ -45,7 +45,7 @@ struct Macro
     QList<Overload> overloads;
 };
 
-QList<Macro> ReadMacros(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
+std::optional<QList<Macro>> ReadMacros(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
 {
     QList<Macro> macros;
     const rc::Ptr<HF::I_LCursor> cursor =
@@ -54,7 +54,9 @@ QList<Macro> ReadMacros(const rc::Ref<HF::I_LDatabase>& database, const QString&
                                         "duckdb_functions() WHERE NOT internal AND macro_definition IS NOT NULL AND "
                                         "database_name = current_catalog() AND schema_name = %1")
                              .arg(QuoteStringLiteral(schema)));
-    for (bool more = cursor && cursor->FirstRecord(); more; more = cursor->NextRecord()) {
+    if (!cursor)
+        return std::nullopt;
+    for (bool more = cursor->FirstRecord(); more; more = cursor->NextRecord()) {
         const QString name = Cell(*cursor, 0);
         const bool isTable = Cell(*cursor, 1) == u"table_macro";
         auto known = std::find_if(macros.begin(), macros.end(), [&](const Macro& macro) {
@@ -187,10 +189,13 @@ QString WholeText(const rc::Ref<HF::I_LDatabase>& database, const QString& schem
 
 } // namespace
 
-MacroTexts ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
+std::optional<MacroTexts> ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
 {
+    const std::optional<QList<Macro>> macros = ReadMacros(database, schema);
+    if (!macros)
+        return std::nullopt;
     MacroTexts texts;
-    for (const Macro& macro : ReadMacros(database, schema))
+    for (const Macro& macro : *macros)
         texts.insert({macro.name.toLower(), macro.isTable}, WholeText(database, schema, macro, macro.name));
     return texts;
 }
@@ -198,25 +203,27 @@ MacroTexts ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QStrin
 QString ReadMacroText(const rc::Ref<HF::I_LDatabase>& database, const QString& schema, const QString& name, bool isTable,
                       const QString& newName)
 {
-    for (const Macro& macro : ReadMacros(database, schema))
+    for (const Macro& macro : ReadMacros(database, schema).value_or(QList<Macro>()))
         if (macro.name == name && macro.isTable == isTable)
             return WholeText(database, schema, macro, newName);
     return QString();
 }
 
-QList<TypeText> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
+std::optional<QList<TypeText>> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
 {
     QList<TypeText> types;
     const rc::Ptr<HF::I_LCursor> cursor =
         Select(database, QStringLiteral("SELECT type_name, comment FROM duckdb_types() WHERE NOT internal AND "
                                         "database_name = current_catalog() AND schema_name = %1 ORDER BY type_name")
                              .arg(QuoteStringLiteral(schema)));
-    for (bool more = cursor && cursor->FirstRecord(); more; more = cursor->NextRecord()) {
+    if (!cursor)
+        return std::nullopt;
+    for (bool more = cursor->FirstRecord(); more; more = cursor->NextRecord()) {
         const QString name = QualifiedName(schema, Cell(*cursor, 0));
         const rc::Ptr<HF::I_LCursor> meaning =
             Select(database, QLatin1String("SELECT typeof(CAST(NULL AS ") + name + QLatin1String("))"));
         if (!meaning || !meaning->FirstRecord())
-            continue;
+            return std::nullopt;
         TypeText type{Cell(*cursor, 0), QString(), QLatin1String("DROP TYPE IF EXISTS ") + name};
         type.create = QLatin1String("CREATE TYPE ") + name + QLatin1String(" AS ") + Cell(*meaning, 0);
         if (const QString comment = Cell(*cursor, 1); !comment.isEmpty())

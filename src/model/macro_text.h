@@ -6,11 +6,14 @@
 #include <QHash>
 #include <QPair>
 
+#include <optional>
+
 /// Whole texts of the macros of a schema: all overloads of a name in one
 /// statement, with types and defaults of parameters. The keys are the name in
-/// lower case and whether it is a table macro. Runs queries of its own.
+/// lower case and whether it is a table macro. Runs queries of its own;
+/// nothing when they fail.
 using MacroTexts = QHash<QPair<QString, bool>, QString>;
-MacroTexts ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);
+std::optional<MacroTexts> ReadMacroTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);
 /// The text of one macro under another name; empty when the catalogue has no such macro.
 QString ReadMacroText(const rc::Ref<HF::I_LDatabase>& database, const QString& schema, const QString& name, bool isTable,
                       const QString& newName);
@@ -30,11 +33,11 @@ struct MacroParameter
 bool ReadMacroDefaults(const QString& message, const QString& name, QList<QList<MacroParameter>>& overloads);
 
 /// CREATE TYPE statements of the user's types of a schema, those that others
-/// are made of first come as they are: texts name no other type.
+/// are made of first come as they are: texts name no other type. Nothing when they cannot be read.
 struct TypeText
 {
     QString name;
     QString create;
     QString drop;
 };
-QList<TypeText> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);
+std::optional<QList<TypeText>> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);

@@ -3,6 +3,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -224,22 +225,73 @@ QString TypeOfCast(const QString& expression)
     return cast ? cast->second : QString();
 }
 
-QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, bool mayBeOther)
+QList<Name> Names(const QString& statement)
+{
+    QList<Name> names;
+    const std::vector<Token> tokens = Split(statement);
+    const auto isMark = [&](std::size_t i, char16_t mark) {
+        return i < tokens.size() && !tokens[i].name && tokens[i].text == QChar(mark);
+    };
+    const auto isOneOf = [](const Token& token, std::initializer_list<const char*> words) {
+        return std::any_of(words.begin(), words.end(), [&](const char* each) { return IsWord(token, QLatin1String(each)); });
+    };
+    std::vector<bool> inFrom{false};
+    bool expected = false; // a relation comes next
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const Token& token = tokens[i];
+        Name name;
+        if (i >= 2 && isMark(i - 1, u'(') && tokens[i - 2].name)
+            name.calledBy = tokens[i - 2].text;
+        if (!token.name && token.text.startsWith(u'\'')) {
+            name.isString = true;
+            name.parts = {{token.text.mid(1, token.text.size() - 2).replace(QLatin1String("''"), QLatin1String("'")), token.start, token.end}};
+            names.append(name);
+            expected = false;
+        } else if (!token.name) {
+            if (isMark(i, u'('))
+                inFrom.push_back(expected);
+            else if (isMark(i, u')') && inFrom.size() > 1)
+                inFrom.pop_back();
+            expected = isMark(i, u'(') ? expected : isMark(i, u',') && inFrom.back();
+        } else if (isOneOf(token, {"FROM", "JOIN", "PIVOT", "UNPIVOT", "DESCRIBE", "SUMMARIZE"})) {
+            inFrom.back() = expected = true;
+        } else if (expected && isOneOf(token, {"SELECT", "VALUES", "LATERAL", "WITH"})) {
+            expected = inFrom.back() = false;
+        } else if (isOneOf(token, {"WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT", "QUALIFY",
+                                   "WINDOW", "SELECT"})) {
+            inFrom.back() = expected = false;
+        } else {
+            name.parts = {{token.text, token.start, token.end}};
+            while (isMark(i + 1, u'.') && i + 2 < tokens.size() && tokens[i + 2].name) {
+                i += 2;
+                name.parts.append({tokens[i].text, tokens[i].start, tokens[i].end});
+            }
+            name.isCall = isMark(i + 1, u'(');
+            name.isRelation = expected && !name.isCall;
+            names.append(name);
+            expected = false;
+        }
+    }
+    return names;
+}
+
+QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, OtherBearer other)
 {
     if (!statement.contains(catalog, Qt::CaseInsensitive))
         return statement;
-    const std::vector<Token> tokens = Split(statement);
-    const auto isMark = [&](std::size_t i, QLatin1String mark) {
-        return i < tokens.size() && !tokens[i].name && tokens[i].text == mark;
+    const auto isCatalog = [&](const Piece& piece) { return piece.text.compare(catalog, Qt::CaseInsensitive) == 0; };
+    const auto has = [&](const QString& schema, const Piece& piece) {
+        return objects.value(schema.toLower()).contains(piece.text.toLower());
     };
-    const auto isCatalog = [&](std::size_t i) {
-        return tokens[i].name && tokens[i].text.compare(catalog, Qt::CaseInsensitive) == 0;
-    };
-    const auto has = [&](const QString& schema, std::size_t i) {
-        return i < tokens.size() && tokens[i].name && objects.value(schema).contains(tokens[i].text.toLower());
-    };
-    for (std::size_t i = 0; i < tokens.size(); ++i) // as an alias, or behind a dot
-        mayBeOther |= isCatalog(i) && (!isMark(i + 1, QLatin1String(".")) || (i > 0 && isMark(i - 1, QLatin1String("."))));
+    const QList<Name> names = Names(statement);
+    bool isAlias = false; // or a column: it stands alone, or behind a dot
+    QSet<QString> tables; // that are named by the catalogue and are not called otherwise
+    for (const Name& name : names) {
+        for (qsizetype i = name.parts.size() == 1 ? 0 : 1; i < name.parts.size(); ++i)
+            isAlias |= !name.isString && !name.isCall && isCatalog(name.parts[i]);
+        if (name.isRelation && name.parts.size() == 2 && isCatalog(name.parts[0]))
+            tables.insert(name.parts[1].text.toLower());
+    }
     QString result;
     qsizetype done = 0;
     const auto replace = [&](qsizetype from, qsizetype to, const QString& text) {
@@ -247,22 +299,67 @@ QString WithoutCatalog(const QString& statement, const QString& catalog, const O
         result += text;
         done = to;
     };
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-        if (i >= 2 && !tokens[i].name && tokens[i].text.startsWith(u'\'') && isMark(i - 1, QLatin1String("("))
-            && (IsWord(tokens[i - 2], QLatin1String("nextval")) || IsWord(tokens[i - 2], QLatin1String("currval")))) {
-            const QString name = tokens[i].text.mid(1, tokens[i].text.size() - 2).replace(QLatin1String("''"), QLatin1String("'"));
-            QString shorter = WithoutCatalog(name, catalog, objects, mayBeOther);
-            if (shorter != name)
-                replace(tokens[i].start, tokens[i].end, u'\'' + shorter.replace(u'\'', QLatin1String("''")) + u'\'');
+    for (const Name& name : names) {
+        const QList<Piece>& parts = name.parts;
+        if (name.isString) {
+            if (name.calledBy.compare(u"nextval", Qt::CaseInsensitive) != 0 && name.calledBy.compare(u"currval", Qt::CaseInsensitive) != 0)
+                continue;
+            // The sequence's name is a name like a table's.
+            const QString from = QStringLiteral("FROM ");
+            QString shorter = WithoutCatalog(from + parts[0].text, catalog, objects, other).mid(from.size());
+            if (shorter != parts[0].text)
+                replace(parts[0].start, parts[0].end, u'\'' + shorter.replace(u'\'', QLatin1String("''")) + u'\'');
             continue;
         }
-        if (!isCatalog(i) || !isMark(i + 1, QLatin1String(".")) || (i > 0 && isMark(i - 1, QLatin1String("."))))
+        if (parts.size() < 2 || !isCatalog(parts[0]))
             continue;
-        if (i + 2 < tokens.size() && isMark(i + 3, QLatin1String(".")) && has(tokens[i + 2].text.toLower(), i + 4))
-            replace(tokens[i].start, tokens[i + 2].start, QString());
-        else if (!mayBeOther && has(QStringLiteral("main"), i + 2))
-            replace(tokens[i].start, tokens[i + 2].start, QStringLiteral("main."));
+        const bool isPlace = name.isRelation || name.isCall; // where no column can stand
+        if (parts.size() >= 3 && has(parts[1].text, parts[2]) && (isPlace || !isAlias))
+            replace(parts[0].start, parts[1].start, QString());
+        else if (other != OtherBearer::Schema && has(QStringLiteral("main"), parts[1])
+                 && (isPlace || (!isAlias && (other == OtherBearer::None || tables.contains(parts[1].text.toLower())))))
+            replace(parts[0].start, parts[1].start, QStringLiteral("main."));
     }
+    result += QStringView(statement).mid(done);
+    return result;
+}
+
+QString WithBareValues(const QString& statement)
+{
+    if (!statement.contains(QLatin1String("valueslist")))
+        return statement;
+    const std::vector<Token> tokens = Split(statement);
+    std::vector<bool> dropped(tokens.size());
+    const auto isMark = [&](std::size_t i, char16_t mark) {
+        return i < tokens.size() && !tokens[i].name && tokens[i].text == QChar(mark);
+    };
+    const auto isWord = [&](std::size_t i, const char* word) {
+        return i < tokens.size() && IsWord(tokens[i], QLatin1String(word));
+    };
+    std::vector<std::size_t> open; // brackets
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (isMark(i, u'('))
+            open.push_back(i);
+        if (!isMark(i, u')') || open.empty())
+            continue;
+        const std::size_t bracket = open.back();
+        open.pop_back();
+        if (bracket < 3 || !isWord(bracket + 1, "VALUES") || !isWord(bracket - 1, "FROM") || !isMark(bracket - 2, u'*')
+            || !isWord(bracket - 3, "SELECT") || !isWord(i + 1, "AS") || !isWord(i + 2, "valueslist"))
+            continue;
+        // No clause may follow, for a VALUES takes none of the SELECT's.
+        const bool isEnd = i + 3 == tokens.size() || isMark(i + 3, u')') || isMark(i + 3, u';');
+        for (const std::size_t each : {bracket - 3, bracket - 2, bracket - 1, bracket, i, i + 1, i + 2})
+            dropped[each] = dropped[each] || isEnd;
+    }
+    QString result;
+    qsizetype done = 0;
+    for (std::size_t i = 0; i < tokens.size(); ++i)
+        if (dropped[i]) {
+            // With the blanks up to the next one, where one of both goes anyway.
+            result += QStringView(statement).mid(done, tokens[i].start - done);
+            done = i + 1 < tokens.size() ? tokens[i + 1].start : tokens[i].end;
+        }
     result += QStringView(statement).mid(done);
     return result;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QHash>
+#include <QList>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -24,12 +25,40 @@ QString WithoutCast(const QString& expression);
 /// The type of such a cast; empty for any other text.
 QString TypeOfCast(const QString& expression);
 
+/// One part of a name or a string literal, where it stands in its text.
+struct Piece
+{
+    QString text; ///< without quotes
+    qsizetype start = 0;
+    qsizetype end = 0;
+};
+
+/// A name with what stands before its dots, or a string literal.
+struct Name
+{
+    QList<Piece> parts;
+    bool isString = false;
+    bool isRelation = false; ///< stands where a table may stand
+    bool isCall = false;     ///< a bracket follows
+    QString calledBy;        ///< the function whose first argument it is
+};
+
+/// All names and literals of a statement in their order, but for the words that
+/// tell where a table may stand.
+QList<Name> Names(const QString& statement);
+
 /// Objects in lower case by their schema, in lower case.
 using Objects = QHash<QString, QSet<QString>>;
+/// What else bears the name of a catalogue.
+enum class OtherBearer { None, Column, Schema };
 /// A statement without the name of the catalogue that its objects are in, also where
 /// nextval() and currval() get it in a string: the text then works in a database of
-/// another name. `catalog.schema.object` goes where `objects` has it. `catalog.object`
-/// becomes `main.object` unless `mayBeOther`: something else bears that name too.
-QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, bool mayBeOther);
+/// another name. `catalog.schema.object` goes where `objects` has it; `catalog.object`
+/// becomes `main.object`, unless that may be something else of the name.
+QString WithoutCatalog(const QString& statement, const QString& catalog, const Objects& objects, OtherBearer other);
+
+/// `SELECT * FROM (VALUES ...) AS valueslist`, as the engine prints a bare VALUES, as the
+/// latter: it would print one more such SELECT around it each time.
+QString WithBareValues(const QString& statement);
 
 } // namespace SqlTokens

@@ -333,6 +333,12 @@ TEST_F(DumpTest, Selections)
     EXPECT_FALSE(whole.contains(u"other"_s) || whole.contains(u"SEQUENCE"_s));
     EXPECT_LT(whole.indexOf(u"\"s\".\"p\"("_s), whole.indexOf(u"\"s\".\"c\"("_s));
 
+    // Nothing outside goes with what the dump drops.
+    Options clean;
+    clean.sql.Clean = true;
+    EXPECT_FALSE(Dump(Database(), clean, {rc::Ref<HF::LTreeItem>(*schema)}).contains("CASCADE"));
+    EXPECT_TRUE(Dump(Database(), clean).contains("DROP SCHEMA IF EXISTS s CASCADE;"));
+
     // A table alone: no schema, no key to what is not there.
     const QString one = QString::fromUtf8(Dump(Database(), {}, {item(u"c"_s)}));
     EXPECT_FALSE(one.contains(u"REFERENCES"_s) || one.contains(u"SCHEMA"_s) || one.contains(u"\"p\""_s)) << one.toStdString();
@@ -363,13 +369,41 @@ TEST_F(DumpTest, ADatabaseThatNamesItselfGoesIntoAnother)
                  "nextval('own.s.\"s q\"'), v VARCHAR); INSERT INTO s.t(v) VALUES ('a'), ('b'); "
                  "CREATE MACRO twice(x) AS x * 2; CREATE MACRO newest() AS (SELECT max(id) FROM own.s.t); "
                  "CREATE TABLE k(a INTEGER CHECK (own.main.twice(a) > 0)); INSERT INTO k VALUES (3); "
-                 "CREATE VIEW w AS SELECT own.twice(id) AS d, own.k.a, newest() AS n FROM own.s.t, own.k"_s);
+                 "CREATE VIEW w AS SELECT own.twice(id) AS d, own.k.a, newest() AS n FROM own.s.t, own.k; "
+                 "CREATE VIEW v AS SELECT max(own.k.a) FROM own.k; CREATE VIEW z AS SELECT \"max(own.k.a)\" AS m FROM v; "
+                 "CREATE TABLE shares(own INTEGER); CREATE VIEW beside AS SELECT x.a FROM own.k AS x"_s);
     const QByteArray dump = Dump(*own);
     const auto loaded = Empty();
     EXPECT_EQ(Load(*loaded, dump), QStringList()) << dump.toStdString();
     EXPECT_EQ(Rows(*loaded, u"FROM w ORDER BY d"_s), Rows(*own, u"FROM w ORDER BY d"_s));
+    EXPECT_EQ(Rows(*loaded, u"FROM z, v, beside"_s), Rows(*own, u"FROM z, v, beside"_s));
+    EXPECT_EQ(Dump(*loaded).toStdString(), dump.toStdString());
     EXPECT_EQ(Rows(*loaded, u"INSERT INTO s.t(v) VALUES ('c') RETURNING id"_s), QStringList(u"3"_s));
     own->Close().Force();
+}
+
+// The engine lists no constraint of any schema when it cannot read the check of one.
+TEST_F(DumpTest, WhatCannotBeReadIsNoEmptyList)
+{
+    Script(Database(), u"CREATE TABLE other(i INTEGER PRIMARY KEY); INSERT INTO other VALUES (1); CREATE SCHEMA \"s d\"; "
+                       "SET search_path = '\"s d\"'; CREATE TYPE status AS ENUM ('open', 'done'); "
+                       "CREATE MACRO m(a) AS a + 1; CREATE TABLE t(i INTEGER CHECK (m(i) > 0), st status CHECK (st <> 'done'::status), UNIQUE (i)); "
+                       "INSERT INTO t VALUES (1, 'open'); SET search_path = ''"_s);
+    RoundTrip(Database());
+    EXPECT_EQ(Rows(Database(), u"SELECT current_setting('search_path')"_s), QStringList(u"''"_s));
+
+    // In a file that was opened again the engine does not know any more what a check needs.
+    const QString path = File(u"lost.duckdb"_s);
+    auto lost = MakeDatabase(MakeEngine(path), path, 1);
+    Script(*lost, u"CREATE MACRO m(a) AS a + 1; CREATE TABLE t(i INTEGER CHECK (m(i) > 0)); INSERT INTO t VALUES (1)"_s);
+    lost->Close().Force();
+    lost = MakeDatabase(MakeEngine(path), path, 1);
+    Script(*lost, u"DROP MACRO m"_s);
+    const auto task = Task(*lost, File(u"lost.sql"_s), {});
+    task->run();
+    lost->Close().Force();
+    EXPECT_EQ(task->get_State(), HF::TASK_FAILED);
+    EXPECT_TRUE(task->get_Error().contains(u"\"table\" of \"main\""_s)) << task->get_Error().toStdString();
 }
 
 TEST_F(DumpTest, SequencesGoOn)

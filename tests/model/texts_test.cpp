@@ -323,19 +323,32 @@ TEST(SqlTokensTest, RenamesColumnsAndNothingElse)
 TEST(SqlTokensTest, DropsTheCatalogueOfItsOwnObjectsOnly)
 {
     const SqlTokens::Objects objects{{"main", {"t", "m", "s q"}}, {"s d", {"u"}}};
-    struct Case { const char* before; const char* after; const char* whenShared; };
+    using enum SqlTokens::OtherBearer;
+    struct Case { const char* before; const char* after; const char* besideColumn; const char* besideSchema; };
     for (const Case& each : {
-             Case{"SELECT own.main.t.a FROM own.main.t", "SELECT main.t.a FROM main.t", "SELECT main.t.a FROM main.t"},
-             {"SELECT own.t.a, x.own FROM own.t AS x", "SELECT own.t.a, x.own FROM own.t AS x", "SELECT own.t.a, x.own FROM own.t AS x"},
-             {"SELECT own.t.a FROM OWN.t", "SELECT main.t.a FROM main.t", "SELECT own.t.a FROM OWN.t"},
-             {"FROM \"own\".\"s d\".U, other.main.t", "FROM \"s d\".U, other.main.t", "FROM \"s d\".U, other.main.t"},
-             {"SELECT own.a, own.main.missing, 'own.main.t' FROM x", "SELECT own.a, own.main.missing, 'own.main.t' FROM x",
-              "SELECT own.a, own.main.missing, 'own.main.t' FROM x"},
-             {"own.m(nextval('own.main.\"s q\"'))", "main.m(nextval('main.\"s q\"'))", "own.m(nextval('main.\"s q\"'))"},
-             {"FROM own.main.t own", "FROM main.t own", "FROM main.t own"}}) {
-        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, false).toStdString(), each.after);
-        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, true).toStdString(), each.whenShared);
+             Case{"SELECT own.main.t.a FROM own.main.t", "SELECT main.t.a FROM main.t", nullptr, nullptr},
+             {"SELECT own.t.a, x.own FROM own.t AS x", "SELECT own.t.a, x.own FROM main.t AS x", nullptr, "SELECT own.t.a, x.own FROM own.t AS x"},
+             {"SELECT own.t.a FROM OWN.t", "SELECT main.t.a FROM main.t", nullptr, "SELECT own.t.a FROM OWN.t"},
+             {"SELECT own.t.a FROM x", "SELECT main.t.a FROM x", "SELECT own.t.a FROM x", "SELECT own.t.a FROM x"},
+             {"FROM \"own\".\"s d\".U, other.main.t", "FROM \"s d\".U, other.main.t", nullptr, nullptr},
+             {"SELECT own.a, own.main.missing, 'own.main.t' FROM x", "SELECT own.a, own.main.missing, 'own.main.t' FROM x", nullptr, nullptr},
+             {"own.m(nextval('own.main.\"s q\"'))", "main.m(nextval('main.\"s q\"'))", nullptr, "own.m(nextval('main.\"s q\"'))"},
+             {"SELECT own.main.t FROM own.main.t own", "SELECT own.main.t FROM main.t own", nullptr, nullptr}}) {
+        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, None).toStdString(), each.after);
+        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, Column).toStdString(), each.besideColumn ? each.besideColumn : each.after);
+        EXPECT_EQ(SqlTokens::WithoutCatalog(each.before, "own", objects, Schema).toStdString(), each.besideSchema ? each.besideSchema : each.after);
     }
+}
+
+TEST(SqlTokensTest, ValuesStandBareAgain)
+{
+    struct Pair { const char* before; const char* after; };
+    for (const Pair& pair : {Pair{"SELECT * FROM (VALUES (1, 'a)'), (2, 'b')) AS valueslist", "VALUES (1, 'a)'), (2, 'b')"},
+                             {"SELECT x FROM (SELECT * FROM (VALUES (1)) AS valueslist) AS t(x)", "SELECT x FROM (VALUES (1)) AS t(x)"},
+                             {"SELECT * FROM (VALUES ((SELECT * FROM (VALUES (1)) AS valueslist))) AS valueslist;", "VALUES ((VALUES (1)));"},
+                             {"SELECT * FROM (VALUES (1)) AS valueslist WHERE (col0 > 0)", "SELECT * FROM (VALUES (1)) AS valueslist WHERE (col0 > 0)"},
+                             {"SELECT a FROM (VALUES (1)) AS valueslist(a)", "SELECT a FROM (VALUES (1)) AS valueslist(a)"}})
+        EXPECT_EQ(SqlTokens::WithBareValues(pair.before).toStdString(), pair.after);
 }
 
 } // namespace

@@ -29,6 +29,12 @@ public:
     /// The cursor of the last result that has one; null when the query failed or gave no rows.
     virtual rc::Ptr<I_LCursor> SqlSelect(const QString& text, int flags, const RcList<I_LSqlValue>& binds, int location,
                                          int lockType, int direction) = 0;
+    /// The same for a query on the catalogue, in the background; an engine's database may know a way
+    /// round what keeps one from running.
+    virtual rc::Ptr<I_LCursor> SelectCatalog(const QString& text)
+    {
+        return SqlSelect(text, QUERY_BACKGROUND, {}, CURSOR_CLIENT, LOCK_OPTIMISTIC, CURSOR_FORWARD);
+    }
     virtual bool SqlExecute(const QString& text) = 0;
     /// Names for completion, cached until invalidated.
     virtual LLazy<QList<LIdent>, false> get_Idents() = 0;

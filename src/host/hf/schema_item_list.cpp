@@ -187,8 +187,7 @@ std::optional<RcList<I_LSchemaObject>> LSchemaItemList::ReadItems()
     const rc::Ptr<I_LDatabase> database = get_Database();
     if (!database || database->get_IsClosing())
         return std::nullopt;
-    const rc::Ptr<I_LCursor> cursor =
-        database->SqlSelect(query, QUERY_BACKGROUND, {}, CURSOR_CLIENT, LOCK_OPTIMISTIC, CURSOR_FORWARD);
+    const rc::Ptr<I_LCursor> cursor = database->SelectCatalog(query);
     if (!cursor)
         return std::nullopt;
 

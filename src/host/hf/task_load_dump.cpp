@@ -171,7 +171,8 @@ bool LTask_LoadDumpSQL::Add(LStatementText&& statement, const QList<qint64>& bad
     QString reason;
     for (const qint64 line : badLines)
         if (line <= statement.EndLine) {
-            reason = QObject::tr("line %1: bytes that are no text in this encoding").arg(line);
+            reason = line == statement.Line ? QObject::tr("bytes that are no text in this encoding")
+                                            : QObject::tr("line %1: bytes that are no text in this encoding").arg(line);
             break;
         }
     if (!reason.isEmpty())
