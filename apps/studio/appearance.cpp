@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/appearance.h"
 
+#include "hf/services.h"
 #include "uik/settings.h"
 
 #include <QApplication>
+#include <QIconEngine>
 #include <QStyle>
 #include <QStyleFactory>
 
@@ -29,6 +31,26 @@ QPalette DarkPalette()
         palette.setColor(QPalette::Disabled, role, dim);
     return palette;
 }
+
+/// Has no pictures of its own, which would stay as they are.
+class PaletteIconEngine : public QIconEngine
+{
+public:
+    explicit PaletteIconEngine(const QString& path) : m_path(path) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        HF::LoadCachedIcon(m_path).paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return HF::LoadCachedIcon(m_path).pixmap(size, 1, mode, state);
+    }
+    QIconEngine* clone() const override { return new PaletteIconEngine(m_path); }
+
+private:
+    QString m_path;
+};
 
 } // namespace
 
@@ -65,4 +87,9 @@ void ApplyAppearance()
 bool IsDark(const QPalette& palette)
 {
     return palette.color(QPalette::Window).lightness() < 128;
+}
+
+QIcon PaletteIcon(const QString& path)
+{
+    return path.isEmpty() ? QIcon() : QIcon(new PaletteIconEngine(path));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QIcon>
 #include <QPalette>
 
 /// Light or dark. The desktop's choice is what the system palette says.
@@ -13,3 +14,6 @@ void StoreAppearance(Appearance appearance);
 void ApplyAppearance();
 /// True when the palette in use is a dark one.
 bool IsDark(const QPalette& palette);
+/// The icon of a path that suits the palette in use whenever it is painted, for what
+/// stays open while the palette changes.
+QIcon PaletteIcon(const QString& path);

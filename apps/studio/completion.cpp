@@ -22,10 +22,26 @@ QString Unquoted(QString name)
 
 QString Written(const QString& name, const QStringList& reserved)
 {
-    bool plain = !name.isEmpty() && !name.front().isDigit() && !reserved.contains(name, Qt::CaseInsensitive);
+    bool plain = !name.isEmpty() && !name.front().isDigit() && name.front() != u'$'
+                 && !reserved.contains(name, Qt::CaseInsensitive);
     for (const QChar c : name)
         plain = plain && IsNamePart(c);
     return plain ? name : u'"' + QString(name).replace(u'"', QLatin1String("\"\"")) + u'"';
+}
+
+/// Where the quoted name begins whose last quote stands before `end`; -1 for nowhere.
+int QuotedStart(const QString& text, int end)
+{
+    int at = end - 2;
+    while (at >= 0) {
+        if (text[at] != u'"')
+            --at;
+        else if (at > 0 && text[at - 1] == u'"') // one quote within the name
+            at -= 2;
+        else
+            break;
+    }
+    return at;
 }
 
 /// The dotted path that ends at `end` (behind its last dot), outermost first.
@@ -36,7 +52,7 @@ QStringList PathBefore(const QString& text, int end)
         --end;
         int start = end;
         if (start > 0 && text[start - 1] == u'"') {
-            start = int(text.lastIndexOf(u'"', start - 2));
+            start = QuotedStart(text, start);
             if (start < 0)
                 break;
         } else {
@@ -52,17 +68,21 @@ QStringList PathBefore(const QString& text, int end)
 }
 
 /// The table's path that stands for an alias; empty when the name is no alias.
-QStringList ResolveAlias(const QString& statement, const QString& alias)
+/// A reserved word is neither a table nor an alias. What may be an alias stays in the
+/// text: it may also be the JOIN that begins the next table.
+QStringList ResolveAlias(const QString& statement, const QString& alias, const QStringList& reserved)
 {
     static const QString name = QStringLiteral(R"((?:"(?:[^"]|"")*"|[\p{L}_][\p{L}\p{N}_$]*))");
     static const QRegularExpression pattern(
-        QStringLiteral(R"((?:\bFROM|\bJOIN|\bUPDATE|\bINTO|,)\s*(%1(?:\s*\.\s*%1)*)\s+(?:AS\s+)?(%1))").arg(name),
+        QStringLiteral(R"((?:\b(?:FROM|JOIN|UPDATE|INTO)\b|,)\s*(%1(?:\s*\.\s*%1)*)(?=\s+(?:AS\s+)?(%1)))").arg(name),
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::UseUnicodePropertiesOption);
     static const QRegularExpression part(name, QRegularExpression::UseUnicodePropertiesOption);
-    auto matches = pattern.globalMatch(statement);
-    while (matches.hasNext()) {
-        const auto match = matches.next();
-        if (Unquoted(match.captured(2)).compare(alias, Qt::CaseInsensitive) != 0)
+    QRegularExpressionMatch match;
+    for (qsizetype at = 0; (match = pattern.match(statement, at)).hasMatch();) {
+        const bool isTable = !reserved.contains(match.captured(1), Qt::CaseInsensitive);
+        at = isTable ? match.capturedEnd() : match.capturedStart(1);
+        if (!isTable || reserved.contains(match.captured(2), Qt::CaseInsensitive)
+            || Unquoted(match.captured(2)).compare(alias, Qt::CaseInsensitive) != 0)
             continue;
         QStringList path;
         auto parts = part.globalMatch(match.captured(1));
@@ -137,7 +157,7 @@ Completion CompleteAt(const QString& statement, int position, const CompletionWo
     if (!path.isEmpty()) {
         QStringList target = path;
         if (path.size() == 1)
-            if (const QStringList table = ResolveAlias(statement, path.first()); !table.isEmpty())
+            if (const QStringList table = ResolveAlias(statement, path.first(), words.reserved); !table.isEmpty())
                 target = table;
         // A catalogue in front of the schema is not part of the idents.
         while (target.size() > 2)

@@ -69,7 +69,7 @@ QString CopyText(const CellSource& cells, const QList<int>& rows, const QList<in
         text += header.join(u',') + u'\n';
     }
     const QString insert = form == CopyForm::Insert ? QStringLiteral("INSERT INTO %1 (%2) VALUES (")
-                                                          .arg(HF::QuoteName(table, item), HF::JoinIdentifiers(names, item))
+                                                          .arg(table, HF::JoinIdentifiers(names, item))
                                                     : QString();
     for (const int row : rows) {
         QStringList texts;

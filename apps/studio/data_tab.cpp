@@ -3,8 +3,8 @@
 
 #include "hf/enums.h"
 #include "hf/field_kinds.h"
-#include "hf/services.h"
 #include "hf/sql_text.h"
+#include "studio/appearance.h"
 #include "studio/filter_header.h"
 #include "studio/table_export.h"
 #include "studio/table_grid.h"
@@ -115,7 +115,7 @@ DataTab::DataTab(const rc::Ref<HF::I_LTableCursor>& cursor, QWidget* parent)
 
 QAction* DataTab::Add(const QString& text, const char* icon, const QKeySequence& keys, void (DataTab::*run)())
 {
-    auto* action = new QAction(HF::LoadCachedIcon(QLatin1String(icon)), text, this);
+    auto* action = new QAction(PaletteIcon(QLatin1String(icon)), text, this);
     action->setShortcut(keys);
     action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     action->setToolTip(keys.isEmpty() ? text

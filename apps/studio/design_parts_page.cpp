@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "studio/design_parts_page.h"
 
-#include "hf/services.h"
+#include "studio/appearance.h"
 #include "studio/choice_delegate.h"
 #include "studio/design_sheet.h"
 
@@ -65,9 +65,9 @@ DesignPartsPage::DesignPartsPage(DesignSession& session, const QList<HF::ELObjec
     bar->setIconSize(QSize(16, 16));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (const HF::ELObjectType kind : kinds)
-        m_adding.append(bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/add.svg")), AddText(kind), this,
+        m_adding.append(bar->addAction(PaletteIcon(QStringLiteral(":/icons/add.svg")), AddText(kind), this,
                                        [this, kind] { Add(kind); }));
-    m_drop = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/weft/icons/trash.svg")), tr("Drop"), this,
+    m_drop = bar->addAction(PaletteIcon(QStringLiteral(":/weft/icons/trash.svg")), tr("Drop"), this,
                             [this] { ToggleDropped(); });
     m_drop->setShortcut(QKeySequence::Delete);
     m_drop->setShortcutContext(Qt::WidgetWithChildrenShortcut);

@@ -4,6 +4,7 @@
 #include "hf/database_model.h"
 #include "hf/scintilla.h"
 #include "hf/services.h"
+#include "studio/appearance.h"
 #include "studio/design_parts_page.h"
 #include "studio/design_preview.h"
 #include "studio/design_sheet.h"
@@ -44,18 +45,18 @@ DesignTab::DesignTab(const rc::Ref<HF::I_LDatabase>& database, const DesignTarge
     auto* bar = new QToolBar(this);
     bar->setIconSize(QSize(18, 18));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_apply = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/run.svg")), tr("Apply"), this,
+    m_apply = bar->addAction(PaletteIcon(QStringLiteral(":/icons/run.svg")), tr("Apply"), this,
                              [this] { Apply(); });
     m_apply->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
     m_apply->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    m_revert = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/revert.svg")), tr("Revert"), this,
+    m_revert = bar->addAction(PaletteIcon(QStringLiteral(":/icons/revert.svg")), tr("Revert"), this,
                               [this] { Revert(); });
-    m_refresh = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/weft/icons/reload_thin.svg")), tr("Refresh"), this,
+    m_refresh = bar->addAction(PaletteIcon(QStringLiteral(":/weft/icons/reload_thin.svg")), tr("Refresh"), this,
                                [this] {
                                    if (MayClose())
                                        m_session->Open();
                                });
-    m_stop = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), m_session,
+    m_stop = bar->addAction(PaletteIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), m_session,
                             &DesignSession::Stop);
     m_stop->setVisible(false);
     auto* spacer = new QWidget(bar);
@@ -119,7 +120,7 @@ void DesignTab::MakePages(const rc::Ptr<HF::I_LDatabase>& database)
                                  const QList<Parts::Field>& fields) {
         auto* page = new DesignPartsPage(*m_session, kinds, fields, m_pages);
         connect(page, &DesignPartsPage::Refused, m_preview, &DesignPreview::ShowMessage);
-        m_pages->addTab(page, HF::LoadCachedIcon(QString::fromLatin1(icon)), title);
+        m_pages->addTab(page, PaletteIcon(QString::fromLatin1(icon)), title);
         m_partPages.append(page);
     };
     switch (m_session->get_Target().type) {
@@ -132,13 +133,13 @@ void DesignTab::MakePages(const rc::Ptr<HF::I_LDatabase>& database)
         addParts(tr("Checks"), ":/icons/check.svg", {HF::TYPE_CHECK}, {Parts::Expression});
         addParts(tr("Foreign Keys"), ":/weft/icons/link2.svg", {HF::TYPE_LINK},
                  {Parts::Table, Parts::Columns, Parts::ParentTable, Parts::ParentColumns});
-        m_pages->addTab(m_sheet, HF::LoadCachedIcon(QStringLiteral(":/weft/icons/table.svg")), tr("Table"));
+        m_pages->addTab(m_sheet, PaletteIcon(QStringLiteral(":/weft/icons/table.svg")), tr("Table"));
         break;
     case HF::TYPE_VIEW:
     case HF::TYPE_FUNCTION:
         m_sql = new HF::LScintilla(m_pages);
         m_sql->SetDatabase(database);
-        m_pages->addTab(m_sql, HF::LoadCachedIcon(QStringLiteral(":/icons/sql-editor.svg")), tr("Definition"));
+        m_pages->addTab(m_sql, PaletteIcon(QStringLiteral(":/icons/sql-editor.svg")), tr("Definition"));
         connect(m_sql, &QsciScintilla::textChanged, m_sqlDelay, qOverload<>(&QTimer::start));
         connect(m_sqlDelay, &QTimer::timeout, this, [this] {
             if (const auto object = m_session->get_Object())

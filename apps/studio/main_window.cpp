@@ -6,6 +6,7 @@
 #include "hf/object_kinds.h"
 #include "hf/services.h"
 #include "hf/sql_text.h"
+#include "studio/appearance.h"
 #include "studio/connect_dialog.h"
 #include "studio/data_tab.h"
 #include "studio/design_tab.h"
@@ -35,6 +36,8 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QTreeView>
+
+#include <utility>
 
 namespace {
 
@@ -215,7 +218,7 @@ SqlEditorTab* MainWindow::OpenSqlTab(const rc::Ptr<HF::I_LDatabase>& database, c
     auto* tab = new SqlEditorTab(rc::Ref<HF::I_LDatabase>(database), m_tabs);
     connect(tab, &SqlEditorTab::TitleChanged, this, &MainWindow::UpdateTitles);
     connect(tab->get_Editor(), &QsciScintilla::modificationChanged, this, &MainWindow::UpdateTitles);
-    m_tabs->addTab(tab, HF::LoadCachedIcon(QStringLiteral(":/icons/sql-editor.svg")), QString());
+    m_tabs->addTab(tab, PaletteIcon(QStringLiteral(":/icons/sql-editor.svg")), QString());
     m_tabs->setCurrentWidget(tab);
     if (!text.isEmpty())
         tab->get_Editor()->setText(text);
@@ -237,7 +240,7 @@ void MainWindow::UpdateTitles()
             const QString name = tab->get_FilePath().isEmpty() ? tr("SQL") : QFileInfo(tab->get_FilePath()).fileName();
             m_tabs->setTabText(i, QStringLiteral("%1%2 - %3")
                                       .arg(tab->get_Editor()->isModified() ? QStringLiteral("*") : QString(), name,
-                                           database ? database->get_Name() : tr("closed")));
+                                           database && !database->get_IsClosing() ? database->get_Name() : tr("closed")));
         } else if (const auto* script = qobject_cast<ScriptTab*>(m_tabs->widget(i))) {
             m_tabs->setTabText(i, script->Title());
         } else if (const auto* rows = qobject_cast<DataTab*>(m_tabs->widget(i))) {
@@ -266,7 +269,7 @@ void MainWindow::OpenDataTab(const rc::Ref<HF::I_LSchemaObject>& object)
             }
             auto* tab = new DataTab(rc::Ref<HF::I_LTableCursor>(cursor), m_tabs);
             connect(tab, &DataTab::TitleChanged, this, &MainWindow::UpdateTitles);
-            m_tabs->addTab(tab, HF::LoadCachedIcon(object->get_Icon().Force()), object->get_Name());
+            m_tabs->addTab(tab, PaletteIcon(object->get_Icon().Force()), object->get_Name());
             m_tabs->setCurrentWidget(tab);
         });
 }
@@ -361,7 +364,7 @@ DesignTab* MainWindow::OpenDesign(const rc::Ptr<HF::I_LDatabase>& database, cons
     connect(tab, &DesignTab::TitleChanged, this, &MainWindow::UpdateTitles);
     connect(tab, &DesignTab::StructureApplied, this,
             [this, tab] { StructureChanged(tab->get_Session()->get_Database(), tab); });
-    m_tabs->addTab(tab, HF::LoadCachedIcon(QStringLiteral(":/icons/design.svg")), tab->Title());
+    m_tabs->addTab(tab, PaletteIcon(QStringLiteral(":/icons/design.svg")), tab->Title());
     m_tabs->setCurrentWidget(tab);
     return tab;
 }
@@ -386,6 +389,24 @@ bool MainWindow::MayCloseDesigns()
     for (int i = 0; i < m_tabs->count(); ++i)
         if (auto* design = qobject_cast<DesignTab*>(m_tabs->widget(i)); design && !design->MayClose())
             return false;
+    return true;
+}
+
+bool MainWindow::MayCloseText(const SqlEditorTab& tab)
+{
+    return !tab.HasUnsavedText()
+           || QMessageBox::question(this, tr("Close"), tr("The text has changes that are not saved. Close it all the same?"))
+                  == QMessageBox::Yes;
+}
+
+bool MainWindow::MayCloseTexts()
+{
+    for (int i = 0; i < m_tabs->count(); ++i)
+        if (const auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(i)); tab && tab->HasUnsavedText()) {
+            m_tabs->setCurrentIndex(i);
+            if (!MayCloseText(*tab))
+                return false;
+        }
     return true;
 }
 
@@ -435,7 +456,7 @@ void MainWindow::OpenEditor(const QString& action, const rc::Ref<HF::LTreeItem>&
             tab->ShowPart(item->get_ObjectType(), item->get_Name());
     } else if (action == QLatin1String(HF::DO_DESIGN) && object) {
         auto* tab = new ObjectTab(rc::Ref<HF::LDatabaseObject_Impl>(object), m_tabs);
-        m_tabs->addTab(tab, HF::LoadCachedIcon(item->get_Icon().Force()), item->get_Name());
+        m_tabs->addTab(tab, PaletteIcon(item->get_Icon().Force()), item->get_Name());
         m_tabs->setCurrentWidget(tab);
     } else {
         Unavailable(action);
@@ -448,7 +469,7 @@ bool MainWindow::MayCloseDatabase(const rc::Ref<HF::I_LDatabase>& database)
     for (int i = 0; i < m_tabs->count(); ++i) {
         if (const auto* sql = qobject_cast<SqlEditorTab*>(m_tabs->widget(i)); sql && sql->get_Database().get() == database.get()) {
             isRunning = isRunning || sql->get_Runner()->IsRunning();
-            hasEdits = hasEdits || (sql->get_Editor()->isModified() && !sql->get_FilePath().isEmpty());
+            hasEdits = hasEdits || sql->HasUnsavedText();
         } else if (const auto* rows = qobject_cast<DataTab*>(m_tabs->widget(i));
                    rows && rows->get_Database().get() == database.get()) {
             hasEdits = hasEdits || rows->HasPendingEdits();
@@ -462,14 +483,19 @@ bool MainWindow::MayCloseDatabase(const rc::Ref<HF::I_LDatabase>& database)
         && QMessageBox::question(this, tr("Close"), tr("A query on \"%1\" is still running. Stop it and close?").arg(name))
                != QMessageBox::Yes)
         return false;
-    return !hasEdits
-           || QMessageBox::question(this, tr("Close"),
-                                    tr("\"%1\" has changes that are not saved. Close it all the same?").arg(name))
-                  == QMessageBox::Yes;
+    if (hasEdits
+        && QMessageBox::question(this, tr("Close"),
+                                 tr("\"%1\" has changes that are not saved. Close it all the same?").arg(name))
+               != QMessageBox::Yes)
+        return false;
+    m_mayClose = database.get();
+    return true;
 }
 
 void MainWindow::DropDatabase(const rc::Ref<HF::I_LDatabase>& database)
 {
+    // A database may also go without a question, by a script or with its files.
+    const bool wasAsked = std::exchange(m_mayClose, nullptr) == database.get();
     const auto close = [this](int index, QWidget* tab) {
         m_tabs->removeTab(index);
         tab->deleteLater();
@@ -478,7 +504,8 @@ void MainWindow::DropDatabase(const rc::Ref<HF::I_LDatabase>& database)
         QWidget* page = m_tabs->widget(i);
         if (auto* tab = qobject_cast<SqlEditorTab*>(page); tab && tab->get_Database().get() == database.get()) {
             tab->Stop();
-            close(i, tab);
+            if (wasAsked || !tab->HasUnsavedText())
+                close(i, tab); // else the text outlives it
         } else if (auto* rows = qobject_cast<DataTab*>(page); rows && rows->get_Database().get() == database.get()) {
             rows->Stop();
             close(i, rows);
@@ -488,6 +515,7 @@ void MainWindow::DropDatabase(const rc::Ref<HF::I_LDatabase>& database)
             close(i, design);
         }
     }
+    QTimer::singleShot(0, this, &MainWindow::UpdateTitles); // once it is closed
 }
 
 void MainWindow::ShowTreeMenu(const QPoint& at)
@@ -516,16 +544,14 @@ void MainWindow::ShowTreeMenu(const QPoint& at)
 
 void MainWindow::CloseTab(int index)
 {
-    auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(index));
-    if (tab && tab->get_Runner()->IsRunning()) {
-        if (QMessageBox::question(this, tr("Close"), tr("A query is still running in this tab. Stop it and close?"))
-            != QMessageBox::Yes)
+    if (auto* tab = qobject_cast<SqlEditorTab*>(m_tabs->widget(index))) {
+        if (tab->get_Runner()->IsRunning()
+            && QMessageBox::question(this, tr("Close"), tr("A query is still running in this tab. Stop it and close?"))
+                   != QMessageBox::Yes)
+            return;
+        if (!MayCloseText(*tab))
             return;
         tab->Stop();
-    } else if (tab && tab->get_Editor()->isModified() && !tab->get_FilePath().isEmpty()) {
-        if (QMessageBox::question(this, tr("Close"), tr("The text has changes that are not saved. Close it all the same?"))
-            != QMessageBox::Yes)
-            return;
     } else if (auto* design = qobject_cast<DesignTab*>(m_tabs->widget(index)); design && !design->MayClose()) {
         return;
     } else if (auto* script = qobject_cast<ScriptTab*>(m_tabs->widget(index)); script && !script->MayClose()) {
@@ -565,7 +591,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
             }
             break;
         }
-    if (!MayCloseDesigns() || !MayCloseScripts()) {
+    if (!MayCloseDesigns() || !MayCloseTexts() || !MayCloseScripts()) {
         event->ignore();
         return;
     }

@@ -97,6 +97,8 @@ private:
     void ShowTreeMenu(const QPoint& at);
     void CloseTab(int index);
     bool MayCloseDesigns();
+    bool MayCloseText(const SqlEditorTab& tab);
+    bool MayCloseTexts();
     void StructureChanged(const rc::Ptr<HF::I_LDatabase>& database, const DesignTab* by);
     void UpdateTitles();
     void RestoreState();
@@ -120,4 +122,5 @@ private:
     StartPage* m_start = nullptr;
     StructureMenu* m_structure;
     std::unique_ptr<orbis::ConnectScripts> m_connectScripts;
+    const HF::I_LDatabase* m_mayClose = nullptr; ///< a person agreed to lose what is not saved
 };

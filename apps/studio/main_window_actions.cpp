@@ -3,6 +3,7 @@
 #include "hf/background.h"
 #include "hf/database.h"
 #include "hf/services.h"
+#include "studio/appearance.h"
 #include "studio/connect_dialog.h"
 #include "studio/data_tab.h"
 #include "studio/main_window.h"
@@ -21,9 +22,9 @@
 void MainWindow::MakeActions()
 {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    QAction* open = file->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/open.svg")), tr("&Open Database..."),
+    QAction* open = file->addAction(PaletteIcon(QStringLiteral(":/icons/open.svg")), tr("&Open Database..."),
                                     QKeySequence(QKeySequence::Open), this, &MainWindow::ConnectDialogShown);
-    QAction* create = file->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/new.svg")), tr("&Create Database..."), this,
+    QAction* create = file->addAction(PaletteIcon(QStringLiteral(":/icons/new.svg")), tr("&Create Database..."), this,
                                       &MainWindow::CreateDatabaseShown);
     file->addAction(tr("New Database in &Memory"), this, &MainWindow::CreateMemoryDatabase);
     file->addSeparator();
@@ -36,7 +37,7 @@ void MainWindow::MakeActions()
     file->addAction(tr("&Quit"), QKeySequence(QKeySequence::Quit), this, &QWidget::close);
 
     QMenu* query = menuBar()->addMenu(tr("&Query"));
-    QAction* sql = query->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/sql-editor.svg")), tr("New SQL &Editor"),
+    QAction* sql = query->addAction(PaletteIcon(QStringLiteral(":/icons/sql-editor.svg")), tr("New SQL &Editor"),
                                     QKeySequence(QStringLiteral("Ctrl+T")), this,
                                     [this] { OpenSqlTab(CurrentDatabase()); });
     query->addAction(tr("&Run All"), this, [this] {

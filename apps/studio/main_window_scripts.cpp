@@ -5,6 +5,7 @@
 #include "hf/log.h"
 #include "hf/services.h"
 #include "script/connect_scripts.h"
+#include "studio/appearance.h"
 #include "studio/main_window.h"
 #include "studio/recent_scripts.h"
 #include "studio/script_tab.h"
@@ -22,7 +23,7 @@
 void MainWindow::MakeScriptMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("S&cript"));
-    menu->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/script.svg")), tr("&New Script"),
+    menu->addAction(PaletteIcon(QStringLiteral(":/icons/script.svg")), tr("&New Script"),
                     QKeySequence(QStringLiteral("Ctrl+Shift+T")), this, [this] { OpenScript(); });
     menu->addAction(tr("&Open Script..."), this, &MainWindow::OpenScriptFile);
     QMenu* recent = menu->addMenu(tr("Recent S&cripts"));
@@ -85,7 +86,7 @@ ScriptTab* MainWindow::OpenScript(const QString& path)
         return nullptr;
     }
     connect(tab, &ScriptTab::TitleChanged, this, &MainWindow::UpdateTitles);
-    m_tabs->addTab(tab, HF::LoadCachedIcon(QStringLiteral(":/icons/script.svg")), tab->Title());
+    m_tabs->addTab(tab, PaletteIcon(QStringLiteral(":/icons/script.svg")), tab->Title());
     m_tabs->setCurrentWidget(tab);
     tab->get_Editor()->setFocus();
     return tab;

@@ -3,7 +3,7 @@
 
 #include "hf/connection.h"
 #include "hf/database.h"
-#include "hf/services.h"
+#include "studio/appearance.h"
 #include "studio/recent_scripts.h"
 #include "studio/script_output.h"
 #include "studio/script_run.h"
@@ -39,10 +39,10 @@ ScriptTab::ScriptTab(const rc::Ptr<HF::I_LConnectionFactory>& factory, CurrentDa
 {
     auto* bar = new QToolBar(this);
     bar->setIconSize(QSize(18, 18));
-    m_runAction = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/run.svg")), tr("Run"), this, [this] { Run(); });
+    m_runAction = bar->addAction(PaletteIcon(QStringLiteral(":/icons/run.svg")), tr("Run"), this, [this] { Run(); });
     m_runAction->setShortcut(QKeySequence(Qt::Key_F5));
     m_stopAction =
-        bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), this, [this] { Stop(); });
+        bar->addAction(PaletteIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), this, [this] { Stop(); });
     m_stopAction->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F5));
     for (QAction* action : {m_runAction, m_stopAction}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);

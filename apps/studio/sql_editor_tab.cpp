@@ -3,7 +3,7 @@
 
 #include "hf/background.h"
 #include "hf/engine.h"
-#include "hf/services.h"
+#include "studio/appearance.h"
 #include "studio/result_grid.h"
 #include "studio/snippet_panel.h"
 #include "studio/sql_text_edit.h"
@@ -33,13 +33,13 @@ SqlEditorTab::SqlEditorTab(const rc::Ref<HF::I_LDatabase>& database, QWidget* pa
 {
     auto* bar = new QToolBar(this);
     bar->setIconSize(QSize(18, 18));
-    m_runAll = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/run.svg")), tr("Run All"), this,
+    m_runAll = bar->addAction(PaletteIcon(QStringLiteral(":/icons/run.svg")), tr("Run All"), this,
                               [this] { RunAll(); });
     m_runAll->setShortcut(QKeySequence(Qt::Key_F5));
-    m_runSelection = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/run-selection.svg")),
+    m_runSelection = bar->addAction(PaletteIcon(QStringLiteral(":/icons/run-selection.svg")),
                                     tr("Run Selection or Statement at Cursor"), this, [this] { RunSelection(); });
     m_runSelection->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
-    m_stop = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), this, [this] { Stop(); });
+    m_stop = bar->addAction(PaletteIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), this, [this] { Stop(); });
     for (QAction* action : {m_runAll, m_runSelection, m_stop}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         action->setToolTip(action->shortcut().isEmpty()
@@ -48,7 +48,7 @@ SqlEditorTab::SqlEditorTab(const rc::Ref<HF::I_LDatabase>& database, QWidget* pa
         addAction(action);
     }
     bar->addSeparator();
-    m_defaultSchemas = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/schema.svg")), tr("Default schemas"));
+    m_defaultSchemas = bar->addAction(PaletteIcon(QStringLiteral(":/icons/schema.svg")), tr("Default schemas"));
     if (auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(m_defaultSchemas))) {
         button->setPopupMode(QToolButton::InstantPopup);
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -59,7 +59,7 @@ SqlEditorTab::SqlEditorTab(const rc::Ref<HF::I_LDatabase>& database, QWidget* pa
     bar->addWidget(m_status);
     auto* snippets = new SnippetPanel(*database->get_DatabaseEngine(), this);
     connect(snippets, &SnippetPanel::Chosen, m_editor, &SqlTextEdit::InsertSnippet);
-    QAction* showSnippets = bar->addAction(HF::LoadCachedIcon(QStringLiteral(":/icons/snippets.svg")), tr("Snippets"));
+    QAction* showSnippets = bar->addAction(PaletteIcon(QStringLiteral(":/icons/snippets.svg")), tr("Snippets"));
     showSnippets->setCheckable(true);
     connect(showSnippets, &QAction::toggled, snippets, &QWidget::setVisible);
     snippets->hide();
@@ -121,7 +121,7 @@ void SqlEditorTab::RunSelection()
 
 void SqlEditorTab::Run(const QString& text)
 {
-    if (!get_Database()) {
+    if (const auto database = get_Database(); !database || database->get_IsClosing()) {
         m_status->setText(tr("The database has been closed. "));
         return;
     }
@@ -205,6 +205,11 @@ void SqlEditorTab::UpdateActions()
     m_runAll->setEnabled(!running);
     m_runSelection->setEnabled(!running);
     m_stop->setEnabled(running);
+}
+
+bool SqlEditorTab::HasUnsavedText() const
+{
+    return m_editor->isModified() && !m_editor->text().trimmed().isEmpty();
 }
 
 bool SqlEditorTab::OpenFile(const QString& path, QString* error)

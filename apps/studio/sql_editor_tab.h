@@ -33,6 +33,8 @@ public:
     bool OpenFile(const QString& path, QString* error);
     bool SaveFile(const QString& path, QString* error);
     const QString& get_FilePath() const { return m_path; }
+    /// What a person would miss; a blank text is nothing.
+    bool HasUnsavedText() const;
 
 signals:
     void TitleChanged();

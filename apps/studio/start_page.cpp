@@ -2,7 +2,7 @@
 #include "studio/start_page.h"
 
 #include "hf/main_thread.h"
-#include "hf/services.h"
+#include "studio/appearance.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -36,10 +36,10 @@ StartPage::StartPage(const rc::Ptr<HF::LRecentsList>& recents, QWidget* parent)
     large.setBold(true);
     title->setFont(large);
 
-    auto* open = new QPushButton(HF::LoadCachedIcon(QStringLiteral(":/icons/open.svg")), tr("Open a Database..."), this);
+    auto* open = new QPushButton(PaletteIcon(QStringLiteral(":/icons/open.svg")), tr("Open a Database..."), this);
     auto* create =
-        new QPushButton(HF::LoadCachedIcon(QStringLiteral(":/icons/new.svg")), tr("Create a Database..."), this);
-    auto* memory = new QPushButton(HF::LoadCachedIcon(QStringLiteral(":/icons/office-database.svg")),
+        new QPushButton(PaletteIcon(QStringLiteral(":/icons/new.svg")), tr("Create a Database..."), this);
+    auto* memory = new QPushButton(PaletteIcon(QStringLiteral(":/icons/office-database.svg")),
                                    tr("New Database in Memory"), this);
     connect(open, &QPushButton::clicked, this, &StartPage::OpenWanted);
     connect(create, &QPushButton::clicked, this, &StartPage::CreateWanted);
@@ -91,7 +91,7 @@ void StartPage::Fill()
         return;
     for (const rc::Ref<HF::LRecentItem>& item : m_recents->get_Items()) {
         const QString location = item->get_ItemData().toString();
-        auto* row = new QListWidgetItem(HF::LoadCachedIcon(m_recents->GetItemIcon(item)),
+        auto* row = new QListWidgetItem(PaletteIcon(m_recents->GetItemIcon(item)),
                                         item->get_Name() + QLatin1String("\n") + location, m_list);
         row->setToolTip(location);
     }

@@ -13,8 +13,11 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QPointer>
 #include <QScrollBar>
 #include <QSet>
+
+#include <numeric>
 
 namespace {
 
@@ -22,6 +25,26 @@ constexpr int WidestColumn = 360;
 constexpr int MostSteps = 1'000'000'000;
 /// Rows of the segment's edge at which the next segment is taken.
 constexpr int EdgeRows = 200;
+
+/// Cells that were taken out of a grid, numbered from 0: nothing is read any more.
+struct TakenCells : CellSource
+{
+    rc::Ptr<HF::I_LSqlValue> Value(int row, int column) const override { return rows[row][column]; }
+    QString ColumnName(int column) const override { return names[column]; }
+    rc::Ptr<const HF::LTreeItem> get_Item() const override { return item; }
+
+    rc::Ptr<const HF::LTreeItem> item;
+    QStringList names;
+    QList<QList<rc::Ptr<HF::I_LSqlValue>>> rows;
+};
+
+/// 0, 1, ... below the count.
+QList<int> Numbers(qsizetype count)
+{
+    QList<int> numbers(count);
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+}
 
 } // namespace
 
@@ -210,17 +233,38 @@ void TableGrid::Copy(CopyForm form)
             columnSet.insert(column);
     QList<int> columns = columnSet.values();
     std::sort(columns.begin(), columns.end());
+    if (form == CopyForm::Insert)
+        columns.removeIf([this](int column) { return m_model->IsDerived(column); });
+    if (columns.isEmpty())
+        return;
     QList<int> rows = SelectedRows();
     // Of a selection that reaches beyond the rows that are there, only those go.
     const qsizetype wanted = rows.size();
-    rows.removeIf([this](int row) { return !m_model->Value(row, 0); });
+    rows.removeIf([this](int row) { return !m_model->IsRowThere(row); });
     if (rows.size() < wanted)
         emit Said(tr("%1 of %2 selected rows are in memory and were copied; export the rest.").arg(rows.size()).arg(wanted));
+    TakenCells cells;
+    cells.item = m_model->get_Item();
+    for (const int column : columns)
+        cells.names.append(m_model->ColumnName(column));
     const auto source = m_model->get_Cursor()->get_Source();
+    const QString table = source ? source->get_NameForQuery(true) : QStringLiteral("table_name");
+    // A long value comes from the engine. While that is busy events go on, and a person
+    // may close the tab.
+    const QPointer<TableGrid> guard(this);
+    for (const int row : rows) {
+        auto& values = cells.rows.emplace_back();
+        for (const int column : columns) {
+            values.append(m_model->Value(row, column));
+            if (!guard)
+                return;
+        }
+    }
+    const QList<int> allRows = Numbers(rows.size()), allColumns = Numbers(columns.size());
     auto* data = new QMimeData;
-    data->setText(CopyText(*m_model, rows, columns, form, source ? source->get_Name() : QStringLiteral("table_name")));
+    data->setText(CopyText(cells, allRows, allColumns, form, table));
     if (form == CopyForm::Text)
-        PutBlock(*data, *m_model, rows, columns);
+        PutBlock(*data, cells, allRows, allColumns);
     QApplication::clipboard()->setMimeData(data);
 }
 
@@ -265,17 +309,18 @@ void TableGrid::ShowValue(const QModelIndex& index)
         return;
     const bool bytes = m_model->get_ColumnType(index.column()) == HF::FIELD_BLOB;
     const bool readOnly = !(m_model->flags(index) & Qt::ItemIsEditable);
+    const QPointer<TableGrid> guard(this);
+    const QPersistentModelIndex cell(index);
     const rc::Ptr<HF::I_LSqlValue> value = m_model->Value(index.row(), index.column());
-    if (!value)
-        return; // not there yet
+    if (!value || !guard || !cell.isValid())
+        return; // not there yet, or no more: events go on while the engine is busy
     QVariant content;
     if (!value->get_IsNull())
         content = bytes ? QVariant(value->get_Data()) : QVariant(value->get_String());
-    ValueDialog dialog(m_model->ColumnName(index.column()), content, bytes, readOnly, window());
-    if (const QString refusal = m_model->Refusal(index); !refusal.isEmpty())
+    ValueDialog dialog(m_model->ColumnName(cell.column()), content, bytes, readOnly, window());
+    if (const QString refusal = m_model->Refusal(cell); !refusal.isEmpty())
         dialog.Say(refusal);
-    const QPersistentModelIndex cell(index);
-    if (dialog.exec() == QDialog::Accepted && dialog.IsChanged() && cell.isValid())
+    if (dialog.exec() == QDialog::Accepted && dialog.IsChanged() && guard && cell.isValid())
         m_model->setData(cell, dialog.get_Value());
 }
 
@@ -323,7 +368,7 @@ void TableGrid::keyPressEvent(QKeyEvent* event)
 
 void TableGrid::contextMenuEvent(QContextMenuEvent* event)
 {
-    QMenu menu(this);
+    QMenu menu(window()); // outlives a grid that goes while an entry reads values
     const bool editable = m_model->flags(currentIndex()) & Qt::ItemIsEditable;
     menu.addAction(tr("Show Value..."), this, [this] { ShowValue(currentIndex()); });
     menu.addAction(tr("Set NULL"), QKeySequence(Qt::CTRL | Qt::Key_0), this, [this] { m_model->SetNull(selectedIndexes()); })

@@ -9,6 +9,7 @@
 #include <QBrush>
 #include <QFont>
 #include <QPalette>
+#include <QPointer>
 
 namespace {
 
@@ -402,17 +403,17 @@ QVariant TableModel::data(const QModelIndex& index, int role) const
 
 rc::Ptr<HF::I_LSqlValue> TableModel::Value(int row, int column) const
 {
-    if (row < 0 || row >= m_rows || column < 0 || column >= m_names.size())
+    if (!IsRowThere(row) || column < 0 || column >= m_names.size())
         return nullptr;
     const unsigned long number = CursorRow(row);
-    if (!IsThere(number))
-        return nullptr;
     const rc::Ptr<HF::I_LSqlValue> value = m_cursor->ValueAt(number, column);
     // The window holds the beginning of a long BLOB only.
     if (value && !value->get_IsNull() && m_types[column] == HF::FIELD_BLOB && value->get_Length() >= PreviewBytes
         && !m_cursor->IsCellEdited(number, column)) {
-        m_cursor->put_Position(number);
-        if (const auto field = m_cursor->get_Field(column))
+        // The reading may let the tab be closed, and the model go with it.
+        const rc::Ref<HF::I_LTableCursor> cursor = m_cursor;
+        cursor->put_Position(number);
+        if (const auto field = cursor->get_Field(column))
             return rc::make<HF::LValueByteArray>(field->get_Data());
     }
     return value;
@@ -452,6 +453,12 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 // Edits
+
+bool TableModel::IsDerived(int column) const
+{
+    const auto field = m_cursor->get_Field(column);
+    return field && field->get_IsReadOnly();
+}
 
 QString TableModel::Refusal(const QModelIndex& index) const
 {
@@ -578,9 +585,14 @@ bool TableModel::TakeBack(const QModelIndex& current)
         return false;
     const Step step = m_steps.takeLast();
     if (!IsThere(step.row)) { // the row stands outside the window
-        m_cursor->put_UpdateBlocked(false);
-        m_cursor->put_Position(step.row).Force();
-        m_cursor->put_UpdateBlocked(true);
+        // Reading it may let the tab be closed, and the model go with it.
+        const QPointer<TableModel> guard(this);
+        const rc::Ref<HF::I_LTableCursor> cursor = m_cursor;
+        cursor->put_UpdateBlocked(false);
+        cursor->put_Position(step.row).Force();
+        cursor->put_UpdateBlocked(true);
+        if (!guard)
+            return true; // and nobody to be told
     }
     switch (step.kind) {
     case Step::Cell:

@@ -39,6 +39,9 @@ public:
 
     /// Which columns beside the table's own are there. Edits stay.
     void ShowColumns(bool rowIds, bool generated);
+    /// The engine makes the column's values: a row id or a generated column.
+    bool IsDerived(int column) const;
+    bool IsRowThere(int row) const { return row >= 0 && row < m_rows && IsThere(CursorRow(row)); }
     /// Why a cell of a column that can be edited takes no text; mostly empty.
     QString Refusal(const QModelIndex& index) const;
 

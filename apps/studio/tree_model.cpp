@@ -4,7 +4,7 @@
 #include "hf/background.h"
 #include "hf/database.h"
 #include "hf/log.h"
-#include "hf/services.h"
+#include "studio/appearance.h"
 #include "studio/object_text.h"
 
 #include <QApplication>
@@ -435,7 +435,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const
         return node->item->get_Name();
     case Qt::DecorationRole:
         if (!node->iconKnown) {
-            node->icon = HF::LoadCachedIcon(node->item->get_Icon().Force());
+            node->icon = PaletteIcon(node->item->get_Icon().Force());
             node->iconKnown = true;
         }
         return node->icon;

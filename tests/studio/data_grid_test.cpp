@@ -21,6 +21,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTest>
 #include <QThread>
@@ -31,9 +32,10 @@ class DataGrid : public Window
 {
 protected:
     /// Opens a table's rows as a double click does, and waits for them.
-    DataTab* Open(const rc::Ptr<HF::I_LDatabase>& database, const QString& table)
+    DataTab* Open(const rc::Ptr<HF::I_LDatabase>& database, const QString& table,
+                  const QString& schemaName = QStringLiteral("main"))
     {
-        const auto schema = database->get_ChildObject(HF::TYPE_SCHEMA, QStringLiteral("main")).Force();
+        const auto schema = database->get_ChildObject(HF::TYPE_SCHEMA, schemaName).Force();
         rc::Ptr<HF::I_LSchemaObject> object;
         for (const int type : {HF::TYPE_TABLE, HF::TYPE_VIEW})
             if (!object)
@@ -323,6 +325,62 @@ TEST_F(DataGrid, ABlockIsCopiedAndPasted)
     text.setText(QStringLiteral("a\tb\r\n\"x\ty\n\"\"z\"\"\"\t\r\n"));
     EXPECT_EQ(TakeBlock(text), (QList<QVariantList>{{QStringLiteral("a"), QStringLiteral("b")},
                                                     {QStringLiteral("x\ty\n\"z\""), QString()}}));
+}
+
+TEST_F(DataGrid, InsertsNameTheTableAndLeaveOutWhatTheEngineMakes)
+{
+    const auto database = OpenWith(QStringLiteral(
+        "CREATE SCHEMA \"odd one\"; CREATE TABLE \"odd one\".\"group\"(id INTEGER, g INTEGER GENERATED ALWAYS AS (id * 2), s VARCHAR); "
+        "INSERT INTO \"odd one\".\"group\" VALUES (1, 'it''s'), (2, NULL)"));
+    ASSERT_TRUE(database);
+    DataTab* tab = Open(database, QStringLiteral("group"), QStringLiteral("odd one"));
+    ASSERT_TRUE(tab);
+    tab->findChild<QAction*>(QStringLiteral("rowIds"))->trigger();
+    ASSERT_TRUE(Wait(tab));
+    ASSERT_EQ(tab->get_Model()->columnCount(), 4);
+    tab->get_Grid()->selectAll();
+    tab->get_Grid()->Copy(CopyForm::Insert);
+    const QString text = QApplication::clipboard()->text();
+    EXPECT_TRUE(HF::IsQuerySuccess(database->SqlQuery(text, HF::QUERY_NO_LOG, {}, 1, 2, 1))) << text.toStdString();
+    EXPECT_EQ(Read(database, QStringLiteral("FROM \"odd one\".\"group\" ORDER BY id")), u"1|2|it's;1|2|it's;2|4|NULL;2|4|NULL")
+        << text.toStdString();
+    tab->get_Grid()->Copy(CopyForm::Csv);
+    EXPECT_EQ(QApplication::clipboard()->text().section(u'\n', 0, 0).count(u','), 3) << "only that form leaves any out";
+}
+
+TEST_F(DataGrid, ATabMayBeClosedWhileAValueIsRead)
+{
+    const auto database = OpenWith(QStringLiteral("CREATE TABLE t AS SELECT repeat('x', 5000)::BLOB AS b FROM range(2)"));
+    ASSERT_TRUE(database);
+    const std::function<void(TableGrid*)> ways[] = {
+        [](TableGrid* grid) { grid->ShowValue(grid->model()->index(0, 0)); },
+        [](TableGrid* grid) {
+            grid->selectAll();
+            grid->Copy(CopyForm::Text);
+        },
+    };
+    for (const auto& read : ways) {
+        const QPointer<DataTab> tab = Open(database, QStringLiteral("t"));
+        ASSERT_TRUE(tab);
+        const rc::Ref<HF::I_LSqlQuery> query = database->MakeSqlQuery();
+        query->SetInterruptible(true);
+        HF::RunOnWorker([query] {
+            query->Execute(QStringLiteral("SELECT sum(a.range * b.range) FROM range(1000000) a, range(1000000) b"),
+                           HF::QUERY_NO_LOG | HF::QUERY_SILENT_ERROR, {});
+        });
+        WaitFor([] { return false; }, 300); // the session is busy
+        QTimer::singleShot(100, m_window.get(), [&] {
+            emit m_window->get_Tabs()->tabCloseRequested(m_window->get_Tabs()->indexOf(tab));
+        });
+        QTimer::singleShot(600, m_window.get(), [&] {
+            EXPECT_FALSE(tab) << "gone while the value was waited for";
+            query->Interrupt();
+        });
+        read(tab->get_Grid());
+        EXPECT_TRUE(WaitFor([&] { return !tab; }, 5000));
+        query->Interrupt();
+        EXPECT_TRUE(HF::WaitForWorkers(20000));
+    }
 }
 
 TEST_F(DataGrid, ExportsOfEveryFormHoldTheRowsOfTheView)

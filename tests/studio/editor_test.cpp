@@ -60,9 +60,12 @@ CompletionWords Words()
                     Ident({{DBOBJ_TABLE, "orders"}, {DBOBJ_FIELD, "Odd \"one\""}}),
                     Ident({{DBOBJ_SCHEMA, "shop"}, {DBOBJ_TABLE, "orders"}, {DBOBJ_FIELD, "number"}}),
                     Ident({{DBOBJ_TABLE, "x y"}, {DBOBJ_FIELD, "z"}}),
-                    Ident({{DBOBJ_TABLE, "x y"}, {DBOBJ_FIELD, "group"}})};
+                    Ident({{DBOBJ_TABLE, "x y"}, {DBOBJ_FIELD, "group"}}),
+                    Ident({{DBOBJ_TABLE, "a\"b"}, {DBOBJ_FIELD, "$cost"}}),
+                    Ident({{DBOBJ_SCHEMA, "a\"b"}, {DBOBJ_TABLE, "\"q"}, {DBOBJ_FIELD, "one$"}})};
     words.keywords = {QStringLiteral("select"), QStringLiteral("from"), QStringLiteral("group")};
-    words.reserved = {QStringLiteral("from"), QStringLiteral("group")};
+    words.reserved = {QStringLiteral("as"),   QStringLiteral("from"), QStringLiteral("group"), QStringLiteral("join"),
+                      QStringLiteral("left"), QStringLiteral("on"),   QStringLiteral("where")};
     words.functions = {QStringLiteral("sum")};
     return words;
 }
@@ -87,6 +90,15 @@ TEST(CompleteAt, OffersWhatFits)
         {"SELECT q.^ FROM \"x y\" q", "\"group\"|z", 0},
         {"SELECT \"x y\".^", "\"group\"|z", 0},
         {"SELECT unknown.^", "", 0},
+        {"FROM orders JOIN \"x y\" c ON c.^", "\"group\"|z", 0},
+        {"FROM \"x y\" LEFT JOIN shop.orders AS c ON c.^", "number", 0},
+        {"FROM orders o JOIN \"x y\" ON o.^", "\"Odd \"\"one\"\"\"|number", 0},
+        {"SELECT c.^, FROM \"x y\" c WHERE true", "\"group\"|z", 0},
+        {"SELECT c.z, z FROM \"x y\" c WHERE c.^", "\"group\"|z", 0},
+        {"FROM \"x y\" JOIN orders ON join.^", "", 0},
+        {"FROM \"x y\" AS \"on\" WHERE \"on\".^", "\"group\"|z", 0},
+        {"SELECT \"a\"\"b\".^", "\"$cost\"", 0},
+        {"SELECT \"a\"\"b\".\"\"\"q\".o^", "one$", 1},
         {"SELECT o.odd^ FROM orders o", "\"Odd \"\"one\"\"\"", 3},
         {"SELECT o.\"Odd \"\"o^ FROM orders o", "\"Odd \"\"one\"\"\"", 8},
         {"SELECT '\"', \"a\", \"nu^", "number", 3}, // 'an apostrophe' and closed names do not open one

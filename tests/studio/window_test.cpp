@@ -10,7 +10,9 @@
 #include "studio/window_fixture.h"
 
 #include <QFile>
+#include <QIcon>
 #include <QKeyEvent>
+#include <QMessageBox>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -161,6 +163,74 @@ TEST_F(Window, StopEndsARunningStatementAndTheSessionGoesOn)
     EXPECT_TRUE(WaitFor([&] { return !tab->get_Runner()->IsRunning(); }, 20000));
     SqlEditorTab* next = Run(database, QStringLiteral("SELECT 7 AS seven"));
     EXPECT_EQ(next->get_Results()->count(), 2);
+}
+
+TEST_F(Window, ATextThatIsNotSavedDoesNotGoUnasked)
+{
+    const auto database = OpenWith(QStringLiteral("SELECT 1"));
+    ASSERT_TRUE(database);
+    const auto open = [&](const char* typed) {
+        SqlEditorTab* tab = Run(database, QStringLiteral("SELECT 1"));
+        tab->get_Editor()->setText(QLatin1String(typed));
+        return tab;
+    };
+    SqlEditorTab* tab = open("SELECT 'typed'");
+    QTabWidget* tabs = m_window->get_Tabs();
+    const std::function<void()> ways[] = {
+        [&] { emit tabs->tabCloseRequested(tabs->indexOf(tab)); },
+        [&] { EXPECT_FALSE(m_window->close()); },
+        [&] { database->get_Action(QString::fromLatin1(HF::DO_CLOSE))->Run({rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(database))}); },
+    };
+    for (const auto& close : ways) {
+        const ModalWindow<QMessageBox> question([](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+        close();
+        EXPECT_TRUE(question.WasSeen());
+        EXPECT_GE(tabs->indexOf(tab), 0);
+        EXPECT_EQ(Databases().size(), 1);
+    }
+    for (const char* text : {"", " \n\t"}) {
+        const int count = tabs->count();
+        emit tabs->tabCloseRequested(tabs->indexOf(open(text)));
+        EXPECT_EQ(tabs->count(), count);
+    }
+    SqlEditorTab* untouched = Run(database, QStringLiteral("SELECT 1"));
+    emit tabs->tabCloseRequested(tabs->indexOf(untouched));
+    EXPECT_LT(tabs->indexOf(untouched), 0);
+    // With the files of its database the text does not go.
+    support::Prompter prompter;
+    database->get_Action(QString::fromLatin1(HF::DO_DELETE_PHYSICALLY))->Run({rc::Ref<HF::LTreeItem>(rc::Ptr<HF::LTreeItem>(database))});
+    EXPECT_FALSE(QFile::exists(database->get_Path()));
+    ASSERT_GE(tabs->indexOf(tab), 0);
+    EXPECT_TRUE(WaitFor([&] { return tabs->tabText(tabs->indexOf(tab)).endsWith(u"closed"); }, 5000));
+    {
+        const ModalWindow<QMessageBox> question([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+        emit tabs->tabCloseRequested(tabs->indexOf(tab));
+        EXPECT_TRUE(question.WasSeen());
+        EXPECT_LT(tabs->indexOf(tab), 0);
+    }
+}
+
+TEST_F(Window, IconsFollowThePalette)
+{
+    const auto database = OpenWith(QStringLiteral("SELECT 1"));
+    ASSERT_TRUE(database);
+    m_window->OpenSqlTab(database);
+    const QModelIndex row = m_window->get_TreeModel()->IndexOf(database.get());
+    const std::function<QIcon()> places[] = {
+        [&] { return Action(QStringLiteral("Open Database..."))->icon(); },
+        [&] { return m_window->get_Tabs()->tabIcon(1); },
+        [&] { return row.data(Qt::DecorationRole).value<QIcon>(); },
+    };
+    const QPalette before = QApplication::palette();
+    for (const auto& icon : places) {
+        const QIcon kept = icon();
+        QApplication::setPalette(QPalette(Qt::black, Qt::white));
+        const QImage light = kept.pixmap(20).toImage();
+        QApplication::setPalette(QPalette(Qt::white, Qt::black));
+        EXPECT_FALSE(light.isNull());
+        EXPECT_NE(kept.pixmap(20).toImage(), light);
+    }
+    QApplication::setPalette(before);
 }
 
 TEST_F(Window, SystemObjectsShowOnDemand)
