@@ -9,6 +9,10 @@
 
 QString UniqueFieldScript(const rc::Ref<HF::I_LTable>& table, const QString& field, bool unique)
 {
+    if (const QString unread = UnreadParts(*table); !unread.isEmpty()) {
+        HF::LogError(unread);
+        return {};
+    }
     orbDuckDB_DescTable description = DescribeTable(table);
     const auto holds = [&](const UniqueDescription& one) { return one.columns.contains(field, Qt::CaseInsensitive); };
     if (!unique)

@@ -102,6 +102,8 @@ QStringList TableChangeProblems(const rc::Ref<const HF::I_LModelObject>& object)
         const std::optional<QString> now = TextNow(*table);
         if (!now || *now != table->GetString(PROP_SQL_TEXT))
             problems.append(QObject::tr("The table \"%1\" was changed meanwhile; read it again.").arg(name));
+        if (const QString unread = UnreadParts(*table); !unread.isEmpty())
+            problems.append(unread);
     }
     const HF::LModelObject& schema = *table->get_ParentModel();
     if (table->IsMarkedDropped()) {

@@ -199,6 +199,19 @@ IndexDescription DescribeIndex(const Object& index)
     return DescribeIndexOf(index, table ? RenamedColumns(rc::Ref<HF::I_LSchemaObject>(table)) : Renames());
 }
 
+QString UnreadParts(const HF::I_LSchemaObject& table)
+{
+    const auto parent = rc::cast<HF::I_LSchemaObject>(table.get_ParentObject());
+    for (const int type : {HF::TYPE_FIELD, HF::TYPE_METHOD, HF::TYPE_CHECK, HF::TYPE_INDEX, HF::TYPE_UNIQUE, HF::TYPE_LINK}) {
+        rc::Ptr<HF::LSchemaItemList> list = table.get_ChildList(type);
+        if (!list && parent)
+            list = parent->get_ChildList(type);
+        if (list && !list->BuildList())
+            return QObject::tr("%1 could not be read").arg(QObject::tr("The list \"%1\" of \"%2\"").arg(list->get_ListInfo().word, table.get_Name()));
+    }
+    return {};
+}
+
 bool IsOfTwin(const HF::I_LSchemaObject& link, const HF::I_LSchemaObject& table)
 {
     return !link.Evaluate(HF::EVAL_JUST_CREATED).ToBool() && link.GetBool(PROP_TEMPORARY) != table.GetBool(PROP_TEMPORARY);

@@ -98,6 +98,9 @@ private:
     bool m_all;
 };
 
+/// What keeps a description from being whole: a list of the table's parts that cannot be read,
+/// which would look like an empty one. Empty when all is there. Reads what was not read yet.
+QString UnreadParts(const HF::I_LSchemaObject& table);
 /// Whether an existing link belongs to the table's twin: one of the two is temporary,
 /// and both have one name.
 bool IsOfTwin(const HF::I_LSchemaObject& link, const HF::I_LSchemaObject& table);

@@ -5,6 +5,8 @@
 #include "hf/action.h"
 #include "hf/design.h"
 
+#include <QTemporaryDir>
+
 namespace {
 
 using Edited = rc::Ref<HF::LModelObject>;
@@ -52,6 +54,25 @@ TEST_F(Designs, TellWhatWouldBeLost)
     (*design)->Revert();
     (*design)->Drop(Get(HF::TYPE_TABLE, "t", HF::TYPE_FIELD, "b"));
     EXPECT_TRUE((*design)->get_Plan().warnings.join("|").contains("lost: b"));
+}
+
+// A table that is made anew without the constraints that nobody could read would have lost them.
+TEST_F(Designs, RefuseWhatTheyCannotReadWhole)
+{
+    const QTemporaryDir folder;
+    const QString attach = QStringLiteral("ATTACH '%1' AS x; ").arg(folder.filePath("x.duckdb"));
+    MustRun(attach + "USE x; CREATE MACRO m(a) AS a + 1; CREATE TABLE t(i INTEGER CHECK (m(i) > 0), j INTEGER, UNIQUE (i)); USE memory; DETACH x");
+    MustRun(attach + "USE x"); // opened again, the engine knows no dependencies
+    Begin();
+    const Edited table = Get(HF::TYPE_TABLE, "t");
+    MustRun("DROP MACRO m");
+    (*design)->Drop(Get(HF::TYPE_TABLE, "t", HF::TYPE_FIELD, "j"));
+    EXPECT_TRUE(Apply().starts_with("refused: ")) << Rows("SELECT sql FROM duckdb_tables()").toStdString();
+    EXPECT_TRUE((*design)->get_Plan().problems.join("|").contains("\"check\" of \"t\"")) << (*design)->get_Plan().problems.join("|").toStdString();
+    EXPECT_TRUE(Rows("SELECT sql FROM duckdb_tables() WHERE table_name = 't'").contains("UNIQUE"));
+    errors.clear();
+    design.reset();
+    MustRun("USE memory");
 }
 
 TEST_F(Designs, RefuseBeforeAnythingRuns)
