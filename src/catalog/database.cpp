@@ -203,7 +203,8 @@ rc::Ptr<HF::I_LCursor> orbDuckDB_Database::SelectCatalog(const QString& text)
             };
             if (set(1)) {
                 const rc::Ptr<HF::I_LCursor> cursor = select(text, error);
-                set(0);
+                if (!set(0))
+                    set(0); // an interrupt may have met the first one
                 if (cursor)
                     return cursor;
             }

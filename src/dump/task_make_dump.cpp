@@ -235,7 +235,8 @@ bool orbDuckDB_TaskMakeDump::GatherTables()
 
 void orbDuckDB_TaskMakeDump::AddTable(const rc::Ref<HF::I_LTable>& table)
 {
-    NeedLists(*table, {HF::TYPE_FIELD, HF::TYPE_METHOD, HF::TYPE_CHECK, HF::TYPE_INDEX, HF::TYPE_UNIQUE, HF::TYPE_LINK});
+    if (const QString unread = UnreadParts(*table); !unread.isEmpty() && !IsCancelled())
+        throw nub::xException(unread.toUtf8().constData());
     orbDuckDB_DescTable description = DescribeTable(rc::Ref<const HF::I_LSchemaObject>(table));
     const QString schema = SchemaOf(*table);
     // A key to a table outside the dump would lead nowhere.
