@@ -445,11 +445,15 @@ void orbDuckDB_TaskMakeDump::WriteSchemas()
 
 void orbDuckDB_TaskMakeDump::WriteTypes(bool drop)
 {
+    QList<TypeText> types;
     for (const rc::Ref<HF::I_LSchemaObject>& schema : Schemas)
-        for (const TypeText& type : Need(ReadTypeTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name()),
-                                         QObject::tr("The types of \"%1\"").arg(schema->get_Name())))
-            if (!IsCancelled())
-                Write(drop ? type.drop : type.create);
+        types += Need(ReadTypeTexts(rc::Ref<HF::I_LDatabase>(*m_source), schema->get_Name()),
+                      QObject::tr("The types of \"%1\"").arg(schema->get_Name()));
+    // Others may be made of those without values.
+    std::stable_partition(types.begin(), types.end(), [drop](const TypeText& type) { return type.hasNoValues != drop; });
+    for (const TypeText& type : types)
+        if (!IsCancelled())
+            Write(drop ? type.drop : type.create);
 }
 
 void orbDuckDB_TaskMakeDump::WriteSequences()

@@ -4,6 +4,7 @@
 #include "catalog/function.h"
 #include "hf/engine.h"
 #include "hf/model_object.h"
+#include "model/empty_enum.h"
 #include "model/macro_text.h"
 #include "model/scoped_value.h"
 #include "model/script_with_name.h"
@@ -74,7 +75,7 @@ QList<HF::LQueryNode> orbDuckDB_ModelFunction::GetQueryNodes(const rc::Ref<const
         }
         break;
     case HF::KIND_CREATE:
-        node.sql = ScriptWithName(object, object->GetString(PROP_DEFINITION), false, FunctionPattern);
+        node.sql = EmptyEnum::WithType(ScriptWithName(object, object->GetString(PROP_DEFINITION), false, FunctionPattern));
         comment();
         break;
     case HF::KIND_DROP:
@@ -120,7 +121,7 @@ QList<HF::LQueryNode> orbDuckDB_ModelFunction::GetChangeNodes(const rc::Ref<cons
     for (HF::LQueryNode& node : nodes)
         for (HF::LQueryNode& child : node.children)
             if (!text.isEmpty() && node.property == PROP_NAME && child.kind == HF::KIND_CREATE)
-                child.sql = text;
+                child.sql = EmptyEnum::WithType(text);
     return nodes;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/macro_text.h"
 
+#include "hf/sql_text.h"
+#include "model/empty_enum.h"
 #include "model/text_helpers.h"
 
 #include <QJsonArray>
@@ -118,7 +120,7 @@ QString MacroText(const Macro& macro, const QString& schema)
     for (const Overload& overload : macro.overloads) {
         QStringList parameters;
         for (const MacroParameter& each : overload.parameters)
-            parameters.append(QuoteIdent(each.name) + (each.type.isEmpty() ? QString() : u' ' + each.type)
+            parameters.append(QuoteIdent(each.name) + (each.type.isEmpty() ? QString() : u' ' + EmptyEnum::Named(each.type))
                               + (each.defaultText.isEmpty() ? QString() : QLatin1String(" := ") + each.defaultText));
         const QString list = parameters.join(QLatin1String(", "));
         overloads.append((list.isEmpty() ? QStringLiteral("()") : QLatin1String("( ") + list + QLatin1String(" )"))
@@ -209,6 +211,30 @@ QString ReadMacroText(const rc::Ref<HF::I_LDatabase>& database, const QString& s
     return QString();
 }
 
+namespace {
+
+/// The meaning of a type that has a name, as the engine prints it; empty when it cannot be read.
+QString TypeMeaning(const rc::Ref<HF::I_LDatabase>& database, const QString& name)
+{
+    const rc::Ptr<HF::I_LCursor> meaning = Select(database, QLatin1String("SELECT typeof(CAST(NULL AS ") + name + QLatin1String("))"));
+    return meaning && meaning->FirstRecord() ? Cell(*meaning, 0) : QString();
+}
+
+/// A type of the database that is an ENUM without values, best one of main, for a type that is made of such a one:
+/// before 1.5 the engine keeps the name. Empty when none is left, which the engine allows since then.
+QString TypeWithoutValues(const rc::Ref<HF::I_LDatabase>& database)
+{
+    const rc::Ptr<HF::I_LCursor> cursor =
+        Select(database, QStringLiteral("SELECT schema_name, type_name FROM duckdb_types() WHERE NOT internal AND logical_type = "
+                                        "'ENUM' AND database_name = current_catalog() ORDER BY schema_name <> 'main', 1, 2"));
+    for (bool more = cursor && cursor->FirstRecord(); more; more = cursor->NextRecord())
+        if (EmptyEnum::Is(TypeMeaning(database, QualifiedName(Cell(*cursor, 0), Cell(*cursor, 1)))))
+            return Cell(*cursor, 0) == u"main" ? QuoteIdent(Cell(*cursor, 1)) : QualifiedName(Cell(*cursor, 0), Cell(*cursor, 1));
+    return QString();
+}
+
+} // namespace
+
 std::optional<QList<TypeText>> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema)
 {
     QList<TypeText> types;
@@ -220,14 +246,20 @@ std::optional<QList<TypeText>> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& dat
         return std::nullopt;
     for (bool more = cursor->FirstRecord(); more; more = cursor->NextRecord()) {
         const QString name = QualifiedName(schema, Cell(*cursor, 0));
-        const rc::Ptr<HF::I_LCursor> meaning =
-            Select(database, QLatin1String("SELECT typeof(CAST(NULL AS ") + name + QLatin1String("))"));
-        if (!meaning || !meaning->FirstRecord())
+        const QString meaning = TypeMeaning(database, name);
+        if (meaning.isEmpty())
             return std::nullopt;
-        TypeText type{Cell(*cursor, 0), QString(), QLatin1String("DROP TYPE IF EXISTS ") + name};
-        type.create = QLatin1String("CREATE TYPE ") + name + QLatin1String(" AS ") + Cell(*meaning, 0);
-        if (const QString comment = Cell(*cursor, 1); !comment.isEmpty())
-            type.create += QLatin1String(";\n\nCOMMENT ON TYPE ") + name + QLatin1String(" IS ") + QuoteStringLiteral(comment);
+        TypeText type{Cell(*cursor, 0), QString(), QLatin1String("DROP TYPE IF EXISTS ") + name, EmptyEnum::Is(meaning)};
+        QString text = meaning;
+        if (type.hasNoValues)
+            text = EmptyEnum::Definition();
+        else if (EmptyEnum::Named(meaning) != meaning)
+            text = EmptyEnum::Named(meaning, TypeWithoutValues(database));
+        type.create = EmptyEnum::WithType(QLatin1String("CREATE TYPE ") + name + QLatin1String(" AS ") + text);
+        if (const QString comment = Cell(*cursor, 1); !comment.isEmpty()) {
+            HF::FinishQuery(type.create, 2);
+            type.create += QLatin1String("COMMENT ON TYPE ") + name + QLatin1String(" IS ") + QuoteStringLiteral(comment);
+        }
         types.append(type);
     }
     return types;

@@ -32,12 +32,13 @@ struct MacroParameter
 /// names and types that the catalogue has.
 bool ReadMacroDefaults(const QString& message, const QString& name, QList<QList<MacroParameter>>& overloads);
 
-/// CREATE TYPE statements of the user's types of a schema, those that others
-/// are made of first come as they are: texts name no other type. Nothing when they cannot be read.
+/// CREATE TYPE statements of the user's types of a schema. Their texts name no other type, but for
+/// one without values, which must be there before. Nothing when they cannot be read.
 struct TypeText
 {
     QString name;
     QString create;
     QString drop;
+    bool hasNoValues = false; ///< an ENUM without any
 };
 std::optional<QList<TypeText>> ReadTypeTexts(const rc::Ref<HF::I_LDatabase>& database, const QString& schema);

@@ -8,6 +8,7 @@
 #include "hf/model_object.h"
 #include "hf/virtual_link.h"
 #include "model/column_text.h"
+#include "model/empty_enum.h"
 #include "model/sql_tokens.h"
 #include "model/text_helpers.h"
 
@@ -98,11 +99,14 @@ FieldDescription DescribeField(const Object& field, const QHash<QString, QString
         const QString text = Expression(field, PROP_METHOD_EXPRESSION, renames);
         const bool fromEngine = !AsModel(field) || IsOfOldNames(field, PROP_METHOD_EXPRESSION);
         description.generatedExpression = fromEngine ? SqlTokens::WithoutCast(text) : text;
-        // The engine cannot keep a generated column whose type has an enum written out inside; the cast names it.
-        if (fromEngine && description.typeText.contains(QLatin1String("ENUM(")) && HasOwnType(field))
+        // The engine cannot keep a generated column whose type has an enum written out inside, nor one whose type
+        // goes with the session; the cast names it.
+        if (fromEngine && HasOwnType(field)
+            && (description.typeText.contains(QLatin1String("ENUM(")) || EmptyEnum::Named(description.typeText) != description.typeText))
             if (const QString type = SqlTokens::TypeOfCast(text); !type.isEmpty())
                 description.typeText = type;
     } else {
+        description.typeText = EmptyEnum::Named(description.typeText);
         description.defaultText = field->GetString(PROP_DEFAULT);
         description.collation = field->GetString(PROP_COLLATION);
         if (!description.isNew && description.collation.isEmpty() && TakesCollation(description.typeText))

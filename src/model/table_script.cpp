@@ -5,6 +5,7 @@
 #include "engine/engine_version.h"
 #include "hf/connection.h"
 #include "hf/sql_text.h"
+#include "model/empty_enum.h"
 #include "model/text_helpers.h"
 
 const QString TemporaryTableName = QStringLiteral("__orb_temp_table");
@@ -88,7 +89,7 @@ QString CreateText(const orbDuckDB_DescTable& table, const QString& newName)
             text += QLatin1String(",\n\t")
                     + (unique.name.isEmpty() ? QString() : ConstraintHead(QuoteIdent(unique.name)))
                     + QLatin1String("UNIQUE( ") + Idents(unique.columns) + QLatin1String(" )");
-    return text + QLatin1String(" );");
+    return EmptyEnum::WithType(text + QLatin1String(" );"), table.temporary);
 }
 
 /// The plain columns that both tables have: their names there and here.

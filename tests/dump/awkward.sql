@@ -4,6 +4,20 @@ CREATE TYPE mood AS ENUM ('sad', 'it''s "x"', '');
 CREATE TYPE "o dd"."ty pe" AS STRUCT(a INTEGER, b VARCHAR[]);
 COMMENT ON TYPE mood IS 'how''s it';
 CREATE TYPE alias AS DECIMAL(10,2);
+CREATE TYPE valueless AS ENUM (SELECT '' WHERE false);
+CREATE TYPE "o dd"."value less" AS ENUM (SELECT '' WHERE false);
+CREATE TYPE around AS STRUCT(a valueless[], "ENUM()" INTEGER);
+COMMENT ON TYPE valueless IS 'ENUM()';
+CREATE MACRO of_valueless(a valueless, b := 1) AS b;
+CREATE TABLE valueless_columns(i INTEGER DEFAULT 3, e valueless, n "o dd"."value less" NOT NULL,
+    s STRUCT(x valueless, "ENUM()" INTEGER), l valueless[], m MAP(valueless, INTEGER), u UNION(x valueless, y INTEGER),
+    g valueless GENERATED ALWAYS AS (NULL), gl valueless[] AS ([]), d valueless DEFAULT NULL, w around, CHECK (i > 0));
+CREATE TABLE o_valueless(i INTEGER, e valueless, s STRUCT(x valueless, "ENUM()" INTEGER), u UNION(x valueless, y INTEGER),
+    w around, m MAP(valueless, INTEGER), f valueless[2]);
+INSERT INTO o_valueless VALUES (1, NULL, {'x': NULL, 'ENUM()': 2}, union_value(y := 5), {'a': [NULL], 'ENUM()': 6}, MAP {}, [NULL, NULL]),
+    (2, NULL, NULL, union_value(x := NULL::valueless), NULL, NULL, NULL);
+CREATE INDEX valueless_ix ON o_valueless(i);
+CREATE VIEW of_valueless_columns AS SELECT e, NULL::valueless AS x FROM valueless_columns;
 CREATE SEQUENCE sq;
 SELECT nextval('sq') FROM range(5);
 COMMENT ON SEQUENCE sq IS 'numbers';

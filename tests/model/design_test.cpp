@@ -204,6 +204,23 @@ TEST_F(Designs, WhatATemporaryObjectHidesIsLeftAlone)
     EXPECT_EQ(Rows("SELECT schema_name FROM duckdb_constraints() WHERE constraint_type = 'PRIMARY KEY' ORDER BY 1"), "main\ns");
 }
 
+// The engine prints such a type as it does not read it again.
+TEST_F(Designs, ColumnsOfATypeWithoutValuesStay)
+{
+    MustRun("CREATE TYPE valueless AS ENUM (SELECT '' WHERE false)");
+    for (const char* kind : {"", "TEMP "}) {
+        MustRun(QString("CREATE %1TABLE t(a INTEGER CHECK (a > 0), b valueless, c STRUCT(x valueless, \"ENUM()\" INTEGER), d INTEGER); "
+                        "INSERT INTO t VALUES (1, NULL, {'x': NULL, 'ENUM()': 2}, 3)").arg(kind));
+        const QString types = Rows("SELECT typeof(b), typeof(c), a, c FROM t");
+        Begin();
+        (*design)->Change(Edited((*design)->Create(Get(HF::TYPE_TABLE, "t"), HF::TYPE_CHECK, "")), PROP_CHECK_EXPRESSION, "d > 0");
+        EXPECT_EQ(Apply(), "") << kind;
+        EXPECT_EQ(Rows("SELECT typeof(b), typeof(c), a, c FROM t"), types);
+        EXPECT_TRUE(Rows("SELECT sql FROM duckdb_tables()").contains("(d > 0)")) << kind;
+        MustRun("DROP TABLE t");
+    }
+}
+
 TEST_F(Designs, OtherKindsOfObject)
 {
     MustRun("CREATE VIEW v AS SELECT 1 AS a; COMMENT ON VIEW v IS 'cv'; CREATE MACRO f(x) AS x + 1; COMMENT ON MACRO f IS 'cf'; CREATE SEQUENCE sq; COMMENT ON SEQUENCE sq IS 'cs'");
