@@ -106,7 +106,8 @@ FieldDescription DescribeField(const Object& field, const QHash<QString, QString
             if (const QString type = SqlTokens::TypeOfCast(text); !type.isEmpty())
                 description.typeText = type;
     } else {
-        description.typeText = EmptyEnum::Named(description.typeText);
+        if (HasOwnType(field)) // a type that a user asks for must have values
+            description.typeText = EmptyEnum::Named(description.typeText);
         description.defaultText = field->GetString(PROP_DEFAULT);
         description.collation = field->GetString(PROP_COLLATION);
         if (!description.isNew && description.collation.isEmpty() && TakesCollation(description.typeText))
